@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vkr {
+
+// Stage times. Tic pushes the present time on one process-wide stack, Toc pops it and prints
+// "%-56s %6d ms" with the text and the elapsed time. They nest like brackets. Worker threads call them too: the printed
+// numbers of stages that overlap may then pair up oddly, the stack itself is safe from any thread.
+void Tic();
+void Toc(const char* pText);
+
+// Milliseconds. The seconds wrap at 32 bits, so only differences mean anything.
+int64_t NowMs();
+
+// One at load; while it is 0 Tic and Toc do nothing at all.
+extern uint8_t g_bProfileEnable;
+
+}  // namespace vkr
