@@ -13,14 +13,14 @@ namespace {
 
 constexpr uint64_t kMargin = 128;  // bytes behind the last sample, for vector loads
 
-// Bytes for w x h x nChannels samples and the margin; 0 if a size is negative or the sum exceeds 32 bits, the most
-// that a capacity may hold.
+// Bytes for w x h x nChannels samples and the margin; 0 if a size is negative, a row exceeds an int or the sum exceeds
+// 32 bits, the most that a capacity may hold.
 uint64_t NeededBytes(int w, int h, int nChannels, size_t nSampleBytes)
 {
     if (w < 0 || h < 0 || nChannels < 0) return 0;
     const uint64_t nRow = static_cast<uint64_t>(w) * static_cast<uint64_t>(nChannels) * nSampleBytes;
-    constexpr uint64_t nMax = std::numeric_limits<uint32_t>::max();
-    if (nRow > nMax || nRow * static_cast<uint64_t>(h) > nMax - kMargin) return 0;
+    constexpr uint64_t nMaxRow = std::numeric_limits<int32_t>::max(), nMax = std::numeric_limits<uint32_t>::max();
+    if (nRow > nMaxRow || nRow * static_cast<uint64_t>(h) > nMax - kMargin) return 0;
     return nRow * static_cast<uint64_t>(h) + kMargin;
 }
 
@@ -51,7 +51,10 @@ void SwapRecords(Image& a, Image& b)
     std::memcpy(&b, temp, sizeof(Image));
 }
 
-size_t ClampedRow(int y, int nRows) { return static_cast<size_t>(Clamp(y, 0, nRows > 0 ? nRows - 1 : 0)); }
+size_t ClampedRow(int y, int nRows)
+{
+    return static_cast<size_t>(Clamp(y, 0, nRows > 0 ? nRows - 1 : 0));
+}
 
 }  // namespace
 
@@ -60,9 +63,15 @@ bool CImage::AllocateDim(int w, int h, int nChannels)
     return AllocateSamples<CImage, uint8_t>(*this, w, h, nChannels);
 }
 
-bool CImage::CopyFrom(const CImage& src) { return src.nDim == 3 && CopyDimFrom(src); }
+bool CImage::CopyFrom(const CImage& src)
+{
+    return src.nDim == 3 && CopyDimFrom(src);
+}
 
-bool CImage::CopyGrayFrom(const CImage& src) { return src.nDim == 1 && CopyDimFrom(src); }
+bool CImage::CopyGrayFrom(const CImage& src)
+{
+    return src.nDim == 1 && CopyDimFrom(src);
+}
 
 bool CImage::CopyDimFrom(const CImage& src)
 {
@@ -77,9 +86,15 @@ void CImage::Release()
     *this = CImage{};
 }
 
-void CImage::Swap(CImage& other) { SwapRecords(*this, other); }
+void CImage::Swap(CImage& other)
+{
+    SwapRecords(*this, other);
+}
 
-size_t CImage::RowOffset(int y) const { return ClampedRow(y, nHeight) * static_cast<size_t>(RowSamples()); }
+size_t CImage::RowOffset(int y) const
+{
+    return ClampedRow(y, nHeight) * static_cast<size_t>(RowSamples());
+}
 
 bool CShortImage::AllocateDim(int w, int h, int nChannels)
 {
@@ -101,9 +116,15 @@ void CShortImage::Release()
     *this = CShortImage{};
 }
 
-void CShortImage::Swap(CShortImage& other) { SwapRecords(*this, other); }
+void CShortImage::Swap(CShortImage& other)
+{
+    SwapRecords(*this, other);
+}
 
-size_t CShortImage::RowOffset(int y) const { return ClampedRow(y, nHeight) * static_cast<size_t>(RowSamples()); }
+size_t CShortImage::RowOffset(int y) const
+{
+    return ClampedRow(y, nHeight) * static_cast<size_t>(RowSamples());
+}
 
 bool CYuvImage::Allocate(int w, int h)
 {
@@ -140,8 +161,14 @@ void CYuvImage::Release()
     *this = CYuvImage{};
 }
 
-void CYuvImage::Swap(CYuvImage& other) { SwapRecords(*this, other); }
+void CYuvImage::Swap(CYuvImage& other)
+{
+    SwapRecords(*this, other);
+}
 
-size_t CYuvImage::RowOffset(int y, int nRows) const { return ClampedRow(y, nRows) * static_cast<size_t>(nWidth); }
+size_t CYuvImage::RowOffset(int y, int nRows) const
+{
+    return ClampedRow(y, nRows) * static_cast<size_t>(nWidth);
+}
 
 }  // namespace vkr

@@ -12,7 +12,10 @@ std::atomic<size_t> g_nRunningUse{0};
 
 }  // namespace
 
-bool PoolInit(size_t /*nBytes*/) { return true; }
+bool PoolInit(size_t /*nBytes*/)
+{
+    return true;
+}
 
 void* PoolAlloc(size_t nBytes)
 {
@@ -21,10 +24,19 @@ void* PoolAlloc(size_t nBytes)
     return std::aligned_alloc(kAlignment, nRounded > 0 ? nRounded : kAlignment);
 }
 
-void PoolFree(void* pBlock) { std::free(pBlock); }
+void PoolFree(void* pBlock)
+{
+    std::free(pBlock);
+}
 
-bool PoolRelease() { return true; }
+bool PoolRelease()
+{
+    return true;
+}
 
-void PoolNoteUse(size_t nBytes) { g_nRunningUse += nBytes; }
+void PoolNoteUse(size_t nBytes)
+{
+    g_nRunningUse += nBytes;
+}
 
 }  // namespace vkr

@@ -23,7 +23,10 @@ void Show(Callback pCallback, const char* pName, const Image& image, int nIndex)
 
 }  // namespace
 
-void SetStageProbe(const StageProbe* pProbe) { g_pProbe = pProbe; }
+void SetStageProbe(const StageProbe* pProbe)
+{
+    g_pProbe = pProbe;
+}
 
 void ProbeImage(const char* pName, const CImage& image, int nIndex)
 {

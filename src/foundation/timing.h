@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace vkr {
@@ -9,6 +10,18 @@ namespace vkr {
 // numbers of stages that overlap may then pair up oddly, the stack itself is safe from any thread.
 void Tic();
 void Toc(const char* pText);
+
+// Closes, without a line, what was opened inside its scope and not closed: a burst that ends early leaves no entries.
+class TicScope {
+public:
+    TicScope();
+    ~TicScope();
+    TicScope(const TicScope&) = delete;
+    TicScope& operator=(const TicScope&) = delete;
+
+private:
+    size_t m_nDepth;
+};
 
 // Milliseconds. The seconds wrap at 32 bits, so only differences mean anything.
 int64_t NowMs();

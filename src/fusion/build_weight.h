@@ -7,9 +7,9 @@
 
 namespace vkr {
 
-// A weight, Q7, for every pixel of every exposure, as a pyramid: vWeights has kMaxLevels records, level 0 of the frames'
-// size, nDim = nExposureNum, each level half of the one above until the width is at most 1 << nTopLevel. At level 0 the
-// weights of a pixel sum to 128 when bNormalizeWeightEnable is set; at the others to about 128.
+// A weight, Q7, for every pixel of every exposure, as a pyramid: vWeights has kMaxLevels records, level 0 of the
+// frames' size, nDim = nExposureNum, each level half of the one above until the width is at most 1 << nTopLevel. At
+// level 0 the weights of a pixel sum to 128 when bNormalizeWeightEnable is set; at the others to about 128.
 //
 // The frames are smoothed first (5 x 5, with carry: the bytes depend on the size of the team that the calling thread
 // opens). Returns the number of levels; 0 when there was no memory.

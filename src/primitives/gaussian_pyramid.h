@@ -4,7 +4,8 @@
 
 namespace vkr {
 
-// Halving, doubling, padding, differences and sums of interleaved samples: sample (x, y, c) stands at (y * w + x) * nDim
+// Halving, doubling, padding, differences and sums of interleaved samples: sample (x, y, c) stands at (y * w + x) *
+// nDim
 // + c, rows are tight. Stateless; every operation may run on several threads at once, on different destinations. Source
 // and destination never overlap. False only when there is no scratch memory; the destination is undefined then.
 //
@@ -14,7 +15,8 @@ namespace vkr {
 // channel, 0 at the start, along the raster of the output, across row ends.
 //
 // A halving writes (w >> 1) x (h >> 1); an odd last column or row is not read, so callers pad to even sizes first. A
-// doubling writes 2w x 2h. Same bytes from any number of threads.
+// doubling writes 2w x 2h. Rows and columns fewer than the taps are repeated like any edge; a size without a single
+// output, or nDim below 1, writes nothing. Same bytes from any number of threads.
 struct CGaussianPyramid2 {
     // Filtered, one thread.
     static bool DownScaleImage(const uint8_t* pSrc, uint8_t* pDst, int w, int h, int nDim, bool bDither);

@@ -4,6 +4,7 @@
 
 #include "foundation/filter.h"
 #include "foundation/image.h"
+#include "tone/local_curve_grid.h"
 
 namespace vkr {
 
@@ -18,6 +19,38 @@ public:
     // image has nDim 3 and any size from 1 x 1. False when there was no memory; the picture is as it was then. Rows are
     // shared among the team, all carries start anew in every row: same bytes from any number of threads.
     bool ProcessImage(CImage& image);
+
+    int32_t bDumpDebugFile = 0;
+    int32_t nWinXNum = 0;
+    int32_t nWinYNum = 0;
+    int32_t nLocalWeight = 0;
+    int32_t nCurveStep = 0;
+    int32_t nSmoothMaskSize = 0;
+    int32_t nMinBin = 0;
+    int32_t nMaxBin = 0;
+    int32_t nContrastLevel = 0;
+    int32_t nWYUV = 0;
+    int32_t nSaturateBoost = 0;
+
+private:
+    // local_curve_histograms.cpp
+    void SetBlockGeometry(int32_t nWidth, int32_t nHeight);
+    void GetBlockHistograms(const CImage& image);
+    void CountBlockRow(const CImage& image, int nBlockRow);
+    int64_t FillEmptyBlock(int nBlockRow, int nBlockCol);
+    void MixGlobalHistogram(int32_t* pHist, int64_t nCount) const;
+
+    // local_curve_build.cpp; false when there was no memory, m_Curve is as it was then
+    bool BuildCurves(int32_t nStep);
+
+    // local_curve_apply.cpp; false when there was no memory, the picture is as it was then
+    bool ApplyCurves(CImage& image) const;
+    void DumpCurves() const;
+
+    BlockGeometry m_geometry = {};
+    int32_t m_BlockHist[kMaxBlocks][kMaxBlocks][kCurveBins] = {};  // by row and column of blocks
+    int32_t m_GlobalHist[kCurveBins] = {};
+    CurveGrid m_Curve = {};  // of the nodes, kept between bursts
 };
 
 }  // namespace vkr

@@ -23,8 +23,8 @@ private:
 
 #define INSTANTIATE_ON_ALL_TARGETS(Suite)                                                                  \
     INSTANTIATE_TEST_SUITE_P(Targets, Suite, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()),                      \
-                             [](const testing::TestParamInfo<int64_t>& info) {                             \
-                                 return std::string(hwy::TargetName(info.param));                          \
+                             [](const testing::TestParamInfo<int64_t>& set) {                              \
+                                 return std::string(hwy::TargetName(set.param));                           \
                              })
 
 }  // namespace vkr

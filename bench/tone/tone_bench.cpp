@@ -1,0 +1,191 @@
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include "foundation/image_scope.h"
+#include "foundation/log.h"
+#include "primitives/pyramid_levels.h"
+#include "tone/brightness_statistics.h"
+#include "tone/clip_saturation.h"
+#include "tone/edge_restore.h"
+#include "tone/global_stretch.h"
+#include "tone/local_auto_curve_filter.h"
+#include "tone/stretch_rows.h"
+
+namespace vkr {
+namespace {
+
+constexpr int kWidth = 2000;  // the tone picture of a 12 megapixel frame
+constexpr int kHeight = 1500;
+
+void Silence()
+{
+    SetHdrPrintSink([](const char*) {});
+}
+
+void CountPixels(benchmark::State& state, int64_t nPixels)
+{
+    state.counters["pixels/s"] =
+        benchmark::Counter(static_cast<double>(nPixels), benchmark::Counter::kIsIterationInvariantRate);
+}
+
+// A slope of grey with some grain, and detail of a few levels.
+bool MakeFused(CShortImage& fused)
+{
+    if (!fused.AllocateDim(kWidth, kHeight, 6)) return false;
+    uint32_t nRandom = 1;
+    for (size_t i = 0; i < fused.Samples(); ++i) {
+        nRandom = nRandom * 1664525U + 1013904223U;
+        const int nGrain = static_cast<int>(nRandom >> 28);
+        const int nSlope = static_cast<int>(i / 6 % kWidth * 250 / kWidth);
+        fused.pData[i] = static_cast<int16_t>(i % 6 < 3 ? nSlope + nGrain : nGrain - 8);
+    }
+    return true;
+}
+
+// The brightest eighth of every row.
+bool MakeMask(CImage& mask)
+{
+    if (!mask.AllocateGray(kWidth, kHeight)) return false;
+    for (size_t i = 0; i < mask.Samples(); ++i) mask.pData[i] = i % kWidth > kWidth / 8 * 7 ? 12 : 0;
+    return true;
+}
+
+ToneParams MakeParams()
+{
+    ToneParams params;
+    params.bKeepHighLightDetailEnable = params.bKeepDarkDetailEnable = params.bBrightnessPRSV = 1;
+    params.nMaxHighLevel = 287;
+    params.nMinHighLevel = 224;
+    params.nMinLowLevel = -32;
+    params.nMaxLowLevel = 32;
+    params.nHLPercetage = params.nDarkPercetage = 256;
+    params.nMaxGamma = 150;
+    params.nLowLevelStep = params.nHighLevelStep = params.nSaturatePsThre = 16;
+    return params;
+}
+
+void BM_GlobalStretch(benchmark::State& state)
+{
+    Silence();
+    CShortImage fused{};
+    CImage mask{}, out{};
+    ImageScope fusedScope(fused);
+    ImageScope maskScope(mask), outScope(out);
+    if (!MakeFused(fused) || !MakeMask(mask)) return state.SkipWithError("no memory");
+    for (auto _ : state) {
+        StretchLevels levels;
+        GlobalStretch(fused, mask, 1, MakeParams(), 0, levels, out);
+    }
+    CountPixels(state, int64_t{kWidth} * kHeight);
+}
+BENCHMARK(BM_GlobalStretch)->Name("GlobalStretch")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_ClipSaturation(benchmark::State& state)
+{
+    Silence();
+    CShortImage fused{};
+    CImage mask{};
+    ImageScope fusedScope(fused);
+    ImageScope maskScope(mask);
+    if (!MakeFused(fused) || !MakeMask(mask)) return state.SkipWithError("no memory");
+    for (auto _ : state) ClipSaturation(fused, mask, 16);
+    CountPixels(state, int64_t{kWidth} * kHeight);
+}
+BENCHMARK(BM_ClipSaturation)->Name("ClipSaturation")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_MeanBrightness(benchmark::State& state)
+{
+    CShortImage fused{};
+    ImageScope fusedScope(fused);
+    if (!MakeFused(fused)) return state.SkipWithError("no memory");
+    for (auto _ : state) benchmark::DoNotOptimize(GetMeanBrightness(fused, static_cast<int32_t>(state.range(0))));
+    CountPixels(state, int64_t{kWidth} * kHeight);
+}
+BENCHMARK(BM_MeanBrightness)->Name("GetMeanBrightness")->Arg(0)->Arg(3)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+template <auto CarryRow>
+void BM_StretchCarryRow(benchmark::State& state)
+{
+    CShortImage fused{};
+    CImage out{};
+    ImageScope fusedScope(fused);
+    ImageScope outScope(out);
+    if (!MakeFused(fused) || !out.Allocate(kWidth, 1)) return state.SkipWithError("no memory");
+    std::vector<int32_t> vProducts(static_cast<size_t>(6 * kWidth));
+    StretchProducts(fused.Row(0), vProducts.data(), kWidth, {32, 290, 290});
+    GammaLut lut{};
+    StretchCarry carry{};
+    for (auto _ : state) {
+        CarryRow(vProducts.data(), out.pData, kWidth, lut, carry);
+        benchmark::ClobberMemory();
+    }
+    CountPixels(state, kWidth);
+}
+BENCHMARK(BM_StretchCarryRow<StretchCarryRowScalar>)->Name("StretchCarryRow/scalar");
+BENCHMARK(BM_StretchCarryRow<StretchCarryRow>)->Name("StretchCarryRow/simd");
+
+// Arguments: nWYUV, nSaturateBoost.
+void BM_LocalCurve(benchmark::State& state)
+{
+    Silence();
+    CShortImage fused{};
+    CImage source{}, image{};
+    ImageScope fusedScope(fused);
+    ImageScope sourceScope(source), imageScope(image);
+    StretchLevels levels;
+    if (!MakeFused(fused)) return state.SkipWithError("no memory");
+    if (!GlobalStretch(fused, CImage{}, 0, MakeParams(), 0, levels, source)) return state.SkipWithError("no memory");
+    CLocalAutoCurveFilter filter;
+    filter.Initialize();
+    filter.bDumpDebugFile = 0;
+    filter.nWYUV = static_cast<int32_t>(state.range(0));
+    filter.nSaturateBoost = static_cast<int32_t>(state.range(1));
+    for (auto _ : state) {
+        image.CopyFrom(source);
+        filter.ProcessImage(image);
+    }
+    CountPixels(state, int64_t{kWidth} * kHeight);
+}
+BENCHMARK(BM_LocalCurve)
+    ->Name("LocalCurve")
+    ->Args({16, 0})
+    ->Args({16, 64})
+    ->Args({8, 0})
+    ->Args({0, 0})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+void BM_SplitAndUpscale(benchmark::State& state)
+{
+    CImage ycbcr{};
+    CYuvImage frame{};
+    ImageScope imageScope(ycbcr);
+    ImageScope frameScope(frame);
+    if (!ycbcr.Allocate(kWidth, kHeight)) return state.SkipWithError("no memory");
+    for (size_t i = 0; i < ycbcr.Samples(); ++i) ycbcr.pData[i] = static_cast<uint8_t>(i * 7);
+    for (auto _ : state) SplitAndUpscale(ycbcr, PyramidParams{}, frame);
+    CountPixels(state, int64_t{4} * kWidth * kHeight);
+}
+BENCHMARK(BM_SplitAndUpscale)->Name("SplitAndUpscale")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_AddEdge(benchmark::State& state)
+{
+    CYuvImage frame{};
+    CShortImage edge{};
+    ImageScope frameScope(frame);
+    ImageScope edgeScope(edge);
+    if (!frame.Allocate(2 * kWidth, 2 * kHeight) || !edge.AllocateDim(2 * kWidth, 2 * kHeight, 1)) {
+        return state.SkipWithError("no memory");
+    }
+    for (size_t i = 0; i < edge.Samples(); ++i) edge.pData[i] = static_cast<int16_t>(i % 31) - 15;
+    std::fill_n(frame.pY, edge.Samples(), uint8_t{100});
+    for (auto _ : state) AddEdge(frame, edge, frame);
+    CountPixels(state, int64_t{4} * kWidth * kHeight);
+}
+BENCHMARK(BM_AddEdge)->Name("AddEdge")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+}  // namespace
+}  // namespace vkr

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "align/multiple_images_align_filter.h"
+#include "face/face_box.h"
+#include "face/face_params.h"
+#include "flow/flow_params.h"
+#include "foundation/filter.h"
+#include "foundation/image.h"
+#include "fusion/fusion_params.h"
+#include "fusion/ghost_process_filter.h"
+#include "fusion/ready_flags.h"
+#include "fusion/relinearize.h"
+#include "primitives/pyramid_levels.h"
+#include "tone/face_tone_params.h"
+#include "tone/local_auto_curve_filter.h"
+#include "tone/tone_params.h"
+
+namespace vkr {
+
+struct FlowTemporaries;
+
+// The faces that the host passed with a burst, in frame pixels.
+struct HostFaces {
+    const FaceBox* pFaces = nullptr;
+    int nCount = 0;
+};
+
+// Parameters and members of the engine. The records of parameters are bases, so that the one table of
+// RegisterParameters reaches them all and a stage takes just its own.
+class CMultiExposureHDRProcessFlow : public CMultiFilterProcessFlow,
+                                     public FlowParams,
+                                     public PyramidParams,
+                                     public WeightParams,
+                                     public FusionParams,
+                                     public GhostEmbedParams,
+                                     public FaceParams,
+                                     public ToneParams,
+                                     public FaceToneParams,
+                                     public FaceAim,
+                                     public StretchLevels,
+                                     public DisplayCurve,
+                                     public ValidRange {
+public:
+    CMultiExposureHDRProcessFlow();
+    ~CMultiExposureHDRProcessFlow() override;
+
+    void SetFilterName() override;
+    void RegisterFilters() override;
+    void RegisterParameters() override;
+    virtual const char* GetConfigVersion() const { return m_szCfgVersion; }
+
+    CMultipleImagesAlignFilterOpt m_AlignFilter;
+    CGhostProcessFilter m_GhostFilter;
+    CLocalAutoCurveFilter m_LocalCurve;
+    char m_szCfgVersion[65] = "0.0.0.0";
+
+    // Kept between bursts, owned by the engine.
+    CImage m_GhostMap{};
+    CYuvImage m_YuvFrames[kMaxExposures] = {};
+
+    int32_t m_nTotalLevels = 0;     // levels of the weight pyramid
+    int32_t m_bBrightDarkFace = 0;  // set by the first measurement of a face
+
+private:
+    void RegisterDisplayCurve();
+};
+
+// The engine: one a process, made by vkrHdrInit. ProcessImage runs on the thread of vkrHdrRender, under its mutex.
+class CMultiExposureHDRProcessFlowOpt : public CMultiExposureHDRProcessFlow {
+public:
+    // One burst: frames 0 .. nExposureNum - 1 of m_YuvFrames, all filled and of one size, into output. False, output
+    // empty or undefined, when there was no memory or the burst is too small to be fused.
+    bool ProcessImage(int nExposureNum, int nReference, const HostFaces& faces, int nOrientation, int nFaceSource,
+                      CYuvImage& output);
+
+private:
+    // What is left of a burst once alignment has decided which frames can be used.
+    struct Burst {
+        CYuvImage* vFrames;
+        int nExposureNum, nReference;
+        const HostFaces& faces;
+        int nOrientation, nFaceSource;
+    };
+
+    void DumpExposures(const Burst& burst);
+    bool AlignBurst(const Burst& burst, FlowTemporaries& temp);
+    void DropFrames(Burst& burst, FlowTemporaries& temp);
+    bool FinishReferenceOnly(const CYuvImage& frame, CYuvImage& output);
+
+    bool FuseBurst(const Burst& burst, FlowTemporaries& temp, CYuvImage& output);
+    bool MakeWorkingFrames(const Burst& burst, FlowTemporaries& temp);
+    bool MarkSaturation(FlowTemporaries& temp);
+    void FindFace(const Burst& burst, FlowTemporaries& temp);
+    bool WeighExposures(const Burst& burst, FlowTemporaries& temp);
+    bool EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp);
+    bool MapTone(FlowTemporaries& temp);
+    void MarkFaces(const Burst& burst, FlowTemporaries& temp);
+    bool UpscaleTone(FlowTemporaries& temp);
+    bool RestoreEdges(FlowTemporaries& temp, CYuvImage& output);
+
+    ReadyFlags m_ReadyFlags;
+};
+
+}  // namespace vkr

@@ -1,0 +1,145 @@
+#include <exception>
+#include <vector>
+
+#include "foundation/image_scope.h"
+#include "foundation/log.h"
+#include "foundation/timing.h"
+#include "interface/arguments.h"
+#include "interface/engine_lifecycle.h"
+#include "interface/logo.h"
+#include "interface/plane_copy.h"
+#include "interface/report.h"
+#include "interface/version.h"
+#include "vkrHdr.h"
+
+namespace vkr {
+
+namespace {
+
+// The host's list, copied; null and an empty list are no face.
+std::vector<FaceBox> CopyFaces(const vSystemFaces* pFaces)
+{
+    std::vector<FaceBox> vFaces;
+    if (pFaces == nullptr || pFaces->pBegin == nullptr) return vFaces;
+    for (const vkrHdrRect* p = pFaces->pBegin; p < pFaces->pEnd; ++p) {
+        vFaces.push_back(FaceBox{p->x1, p->y1, p->x2, p->y2});
+    }
+    return vFaces;
+}
+
+// Under g_EngineMutex. What a failed or a short burst left open on the timer stack is closed here.
+bool RenderLocked(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientation, int32_t nFaceSource,
+                  const std::vector<FaceBox>& vFaces, CYuvImage& picture, vkrHdrFrame* pOut)
+{
+    CMultiExposureHDRProcessFlowOpt* pEngine = gVKRAlgoPool;
+    if (pEngine == nullptr) {
+        Report("vkrHdrRender: there is no engine, call vkrHdrInit first\n");
+        return false;
+    }
+    if (!CheckBurst(pEngine->m_YuvFrames, nExposureNum, nReferenceExposure, pOut)) return false;
+    Report("m_nExposureNum =%d,m_nReferenceExposure=%d\n", nExposureNum, nReferenceExposure);
+
+    const TicScope ticScope;
+    Tic();
+    const HostFaces faces{vFaces.data(), static_cast<int>(vFaces.size())};
+    if (!pEngine->ProcessImage(nExposureNum, nReferenceExposure, faces, nOrientation, nFaceSource, picture)) {
+        Report("vkrHdrRender F: no memory, or a picture too small to be fused (%dx%d)\n", pOut->nWidth, pOut->nHeight);
+        return false;
+    }
+    Toc("HDR Process Time");
+    if (pEngine->bLogoEnable) BlendLogo(picture);
+    CopyFrameOut(picture, *pOut);
+    HdrLog("vkrHdrRender X");
+    return true;
+}
+
+bool AddFrame(uint32_t nIndex, const vkrHdrFrame* pFrame)
+{
+    CMultiExposureHDRProcessFlowOpt* pEngine = gVKRAlgoPool;
+    if (pEngine == nullptr) {
+        Report("vkrHdrAddFrame: there is no engine, call vkrHdrInit first\n");
+        return false;
+    }
+    if (nIndex >= static_cast<uint32_t>(kMaxExposures)) {
+        Report("vkrHdrAddFrame: nIndex is %u, the slots are 0 .. %d\n", nIndex, kMaxExposures - 1);
+        return false;
+    }
+    if (pFrame != nullptr && (pFrame->nFormat < 0 || pFrame->nFormat > 1)) {
+        Report("unsupported image format %d\n", pFrame->nFormat);
+        return false;
+    }
+    if (!CheckFrame("vkrHdrAddFrame", pFrame)) return false;
+    if (!CopyFrameIn(*pFrame, pEngine->m_YuvFrames[nIndex])) {
+        Report("vkrHdrAddFrame: no memory for a frame of %dx%d\n", pFrame->nWidth, pFrame->nHeight);
+        return false;
+    }
+    HdrPrintf("%d==============\n", pEngine->bUVOrder);
+    HdrLog("vkrHdrAddFrame RGB done");
+    return true;
+}
+
+// No exception crosses the C border: scratch of the standard library that finds no memory, and a thread that can not be
+// started, end the call.
+template <class Fn>
+int32_t Guarded(const char* pCall, const Fn& fn)
+{
+    try {
+        return fn() ? 0 : -1;
+    } catch (const std::exception& error) {
+        Report("%s: %s\n", pCall, error.what());
+        return -1;
+    }
+}
+
+}  // namespace
+
+}  // namespace vkr
+
+int32_t vkrHdrInit(vkrHdrInitParam param)
+{
+    vkr::HdrLog("vkrHdrInit");
+    if (param.nMode != 0) {
+        vkr::Report("vkrHdrInit: nMode is %d, it must be 0\n", param.nMode);
+        return -1;
+    }
+    if (param.pParamFilePath == nullptr) {
+        vkr::Report("vkrHdrInit: pParamFilePath is null\n");
+        return -1;
+    }
+    return vkr::Guarded("vkrHdrInit", [&] { return vkr::MakeEngine(param.pParamFilePath); });
+}
+
+int32_t vkrHdrAddFrame(uint32_t nIndex, const vkrHdrFrame* pFrame)
+{
+    vkr::HdrLog("vkrHdrAddFrame");
+    return vkr::Guarded("vkrHdrAddFrame", [&] { return vkr::AddFrame(nIndex, pFrame); });
+}
+
+int32_t vkrHdrRender(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientation, int32_t nFaceSource,
+                     const vSystemFaces* pFaces, vkrHdrFrame* pOut)
+{
+    vkr::HdrLog("vkrHdrRender");
+    return vkr::Guarded("vkrHdrRender", [&] {
+        vkr::CYuvImage picture{};
+        vkr::ImageScope<vkr::CYuvImage> scope(picture);
+        const std::vector<vkr::FaceBox> vFaces = vkr::CopyFaces(pFaces);
+        const std::lock_guard<std::mutex> lock(vkr::g_EngineMutex);
+        return vkr::RenderLocked(nExposureNum, nReferenceExposure, nOrientation, nFaceSource, vFaces, picture, pOut);
+    });
+}
+
+int32_t vkrHdrUninit(void)
+{
+    vkr::EndEngine();
+    return 0;
+}
+
+const vkrHdrVersion* vkrHdrGetVersion(void)
+{
+    const vkr::CMultiExposureHDRProcessFlowOpt* pEngine = vkr::gVKRAlgoPool;
+    const char* pConfigVersion = pEngine != nullptr ? pEngine->GetConfigVersion() : nullptr;
+    if (pConfigVersion != nullptr) vkr::Report("cfg_version:%s\n", pConfigVersion);
+    return vkr::FillVersion(pConfigVersion);
+}
+
+int32_t vkrHdrAdvancedFeature(void) { return 0; }

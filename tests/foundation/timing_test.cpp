@@ -1,0 +1,143 @@
+#include "foundation/timing.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "foundation/log.h"
+#include "support/quiet_lines.h"
+
+namespace vkr {
+namespace {
+
+// Milliseconds of the only line, which must consist of the text padded to 56, a space, six places and " ms".
+int ShownTime(const std::string& sLine, std::string sText)
+{
+    if (sText.size() < 56) sText.resize(56, ' ');
+    EXPECT_EQ(sLine.substr(0, sText.size() + 1), sText + " ");
+    EXPECT_EQ(sLine.substr(sText.size() + 7), " ms\n");
+    return std::atoi(sLine.c_str() + sText.size());
+}
+
+// Runs fn and returns what it printed.
+template <class Fn>
+std::string LinesOf(const Fn& fn)
+{
+    LinesScope lines;
+    fn();
+    return lines.Text();
+}
+
+void Sleep(int nMs)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(nMs));
+}
+
+TEST(Timing, BracketsNest)
+{
+    Tic();
+    Sleep(60);
+    Tic();
+    const int nInner = ShownTime(LinesOf([] { Toc("inner"); }), "inner");
+    const int nOuter = ShownTime(LinesOf([] { Toc("outer"); }), "outer");
+    EXPECT_GE(nInner, 0);
+    EXPECT_GE(nOuter, nInner + 55);
+}
+
+TEST(Timing, WithoutTicTheTimeIsZero)
+{
+    const std::string sLong(70, '=');
+    EXPECT_EQ(LinesOf([&] { Toc(sLong.c_str()); }), sLong + "      0 ms\n");
+    EXPECT_EQ(LinesOf([] { Toc(nullptr); }), std::string(56, ' ') + "      0 ms\n");
+}
+
+TEST(Timing, SwitchedOffTheStackStaysAsItWas)
+{
+    Tic();
+    Sleep(30);
+    g_bProfileEnable = 0;
+    EXPECT_EQ(LinesOf([] {
+                  Tic();
+                  Toc("off");
+                  Toc("off");
+              }),
+              "");
+    g_bProfileEnable = 1;
+    EXPECT_GE(ShownTime(LinesOf([] { Toc("on"); }), "on"), 25) << "the entry is still there";
+    EXPECT_EQ(ShownTime(LinesOf([] { Toc("empty"); }), "empty"), 0);
+}
+
+TEST(Timing, AScopeClosesWhatWasLeftOpen)
+{
+    Tic();
+    Sleep(30);
+    {
+        const TicScope scope;
+        for (int i = 0; i < 5; ++i) Tic();
+    }
+    EXPECT_GE(ShownTime(LinesOf([] { Toc("outer"); }), "outer"), 25);
+    Tic();
+    {
+        const TicScope scope;
+        LinesOf([] { Toc("closed inside"); });
+    }
+    EXPECT_EQ(ShownTime(LinesOf([] { Toc("empty"); }), "empty"), 0) << "a scope opens nothing anew";
+}
+
+TEST(Timing, DeepStacksGrowAndShrink)
+{
+    LinesScope lines;
+    Tic();
+    Sleep(30);
+    for (int i = 0; i < 5000; ++i) Tic();
+    for (int i = 0; i < 5000; ++i) Toc("x");
+    lines.Text().clear();
+    Toc("bottom");
+    EXPECT_GE(ShownTime(lines.Text(), "bottom"), 25);
+}
+
+TEST(Timing, AnyThreadMayTicAndToc)
+{
+    LinesScope lines;
+    std::vector<std::thread> vThreads;
+    for (int i = 0; i < 4; ++i) {
+        vThreads.emplace_back([] {
+            for (int k = 0; k < 500; ++k) {
+                Tic();
+                Toc("t");
+            }
+        });
+    }
+    for (std::thread& thread : vThreads) thread.join();
+    EXPECT_EQ(lines.Text().size(), 2000U * 67U);
+    lines.Text().clear();
+    Toc("empty");
+    EXPECT_EQ(ShownTime(lines.Text(), "empty"), 0);
+}
+
+TEST(Timing, TheGatedLogGetsTheSameLine)
+{
+    testing::internal::CaptureStderr();
+    g_bLogEnable = 1;
+    const std::string sLine = LinesOf([] { Toc("stage"); });
+    g_bLogEnable = 0;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "PaleLantern: " + sLine);
+}
+
+TEST(Timing, NowCountsMillisecondsOfA32BitProduct)
+{
+    const int64_t nBefore = NowMs();
+    Sleep(20);
+    const int64_t nPassed = NowMs() - nBefore;
+    EXPECT_GE(nPassed, 19);
+    EXPECT_LT(nPassed, 10000);
+    EXPECT_LE(std::abs(nBefore), int64_t{2147483648} + 1000);
+}
+
+}  // namespace
+}  // namespace vkr

@@ -1,0 +1,122 @@
+#include "primitives/smooth.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "foundation/parallel_rows.h"
+#include "support/for_threads.h"
+#include "support/random_image.h"
+#include "support/reference_pyramid.h"
+#include "support/simd_targets.h"
+
+namespace vkr {
+
+namespace {
+
+struct Size {
+    int w, h;
+};
+
+constexpr Size kSizes[] = {{1, 1}, {2, 1}, {1, 2}, {2, 3}, {3, 4}, {5, 5}, {16, 6}, {33, 21}, {130, 31}};
+
+class SmoothFilter5x5 : public SimdTargetTest {};
+INSTANTIATE_ON_ALL_TARGETS(SmoothFilter5x5);
+
+TEST_P(SmoothFilter5x5, EightBitsFollowTheFormulaInBlocksOfTheTeam)
+{
+    std::mt19937 rng(3);
+    for (const Size& size : kSizes) {
+        for (const int nDim : {1, 2, 3, 9}) {
+            TestImage src;
+            FillRandom(rng, src, size.w, size.h, nDim, 0, 255);
+            for (const bool bDither : {false, true}) {
+                ForThreads([&](int nThreads) {
+                    SCOPED_TRACE(testing::Message() << size.w << " x " << size.h << " x " << nDim << ", dither "
+                                                    << bDither << ", " << nThreads << " threads");
+                    TestImage dst;
+                    ASSERT_TRUE(CSmoothFilter5x5::SmoothImage8(src, dst, bDither));
+                    EXPECT_EQ(nDim, dst.nDim);
+                    EXPECT_EQ(ReferenceSmooth5(Samples(src), size.w, size.h, nDim, bDither, nThreads), Samples(dst));
+                });
+            }
+        }
+    }
+}
+
+TEST_P(SmoothFilter5x5, IsOneBlockInPlaceAndInsideAnotherRegion)
+{
+    std::mt19937 rng(4);
+    for (const Size& size : kSizes) {
+        SCOPED_TRACE(testing::Message() << size.w << " x " << size.h);
+        TestImage src;
+        FillRandom(rng, src, size.w, size.h, 3, 0, 255);
+        const auto vWant = ReferenceSmooth5(Samples(src), size.w, size.h, 3, true, 1);
+        ForThreads([&](int) {
+            TestImage inPlace, vNested[2];
+            ASSERT_TRUE(inPlace.CopyDimFrom(src));
+            ASSERT_TRUE(CSmoothFilter5x5::SmoothImage8(inPlace, inPlace, true));
+            EXPECT_EQ(vWant, Samples(inPlace));
+            ParallelItems(2, [&](int i) { CSmoothFilter5x5::SmoothImage8(src, vNested[i], true); });
+            EXPECT_EQ(vWant, Samples(vNested[0]));
+            EXPECT_EQ(vWant, Samples(vNested[1]));
+        });
+    }
+}
+
+TEST_P(SmoothFilter5x5, SixteenBitsFollowTheFormulaInAndOutOfPlace)
+{
+    std::mt19937 rng(5);
+    for (const Size& size : kSizes) {
+        for (const int nDim : {1, 4, 11}) {
+            for (const bool bDither : {false, true}) {
+                SCOPED_TRACE(testing::Message()
+                             << size.w << " x " << size.h << " x " << nDim << ", dither " << bDither);
+                TestShortImage src, dst;
+                FillRandom(rng, src, size.w, size.h, nDim, -32768, 32767);
+                src.nRangeMax = 255;
+                src.nRangeMin = -3;
+                const auto vWant = ReferenceSmooth5(Samples(src), size.w, size.h, nDim, bDither, 1);
+                ASSERT_TRUE(CSmoothFilter5x5::SmoothImage16(src, dst, bDither));
+                EXPECT_EQ(vWant, Samples(dst));
+                EXPECT_EQ(255, dst.nRangeMax);
+                EXPECT_EQ(-3, dst.nRangeMin);
+                ASSERT_TRUE(CSmoothFilter5x5::SmoothImage16(src, src, bDither));
+                EXPECT_EQ(vWant, Samples(src));
+            }
+        }
+    }
+}
+
+TEST_P(SmoothFilter5x5, KeepsAConstantPicture)
+{
+    for (const bool bDither : {false, true}) {
+        for (const int nValue : {0, 1, 128, 255}) {
+            TestImage src, dst;
+            FillConstant(src, 19, 7, 3, nValue);
+            ASSERT_TRUE(CSmoothFilter5x5::SmoothImage8(src, dst, bDither));
+            EXPECT_EQ(Samples(src), Samples(dst));
+            TestShortImage src16, dst16;
+            FillConstant(src16, 19, 7, 2, nValue * 100);
+            ASSERT_TRUE(CSmoothFilter5x5::SmoothImage16(src16, dst16, bDither));
+            EXPECT_EQ(Samples(src16), Samples(dst16));
+        }
+    }
+}
+
+// One bright pixel among 5 x 5: the kernel itself, 36 of 256 in the middle, 1 in the corners.
+TEST(SmoothImage8, SpreadsOnePixelByTheTaps)
+{
+    TestImage src, dst;
+    FillConstant(src, 5, 5, 1, 0);
+    src.pData[12] = 128;
+    ASSERT_TRUE(CSmoothFilter5x5::SmoothImage8(src, dst, false));
+    // Sums 128 * (1, 4, 6, 16, 24, 36), with 128 added, by 256.
+    EXPECT_EQ((Pixels<uint8_t>{1, 2, 3, 2, 1, 2, 8, 12, 8, 2, 3, 12, 18, 12, 3, 2, 8, 12, 8, 2, 1, 2, 3, 2, 1}),
+              Samples(dst));
+}
+
+}  // namespace
+
+}  // namespace vkr

@@ -1,0 +1,76 @@
+#include "tone/tone_curve.h"
+
+#include <gtest/gtest.h>
+
+#include "support/quiet_lines.h"
+
+namespace vkr {
+namespace {
+
+struct Curve {
+    Curve(int32_t nIn, int32_t nOut, int32_t nMaxGamma = 150, int32_t bPreserve = 1)
+    {
+        LinesScope lines;
+        ToneParams params;
+        params.bBrightnessPRSV = bPreserve;
+        params.nMaxGamma = nMaxGamma;
+        bApplied = BuildGammaLut(nIn, nOut, params, lut);
+        sLines = LinesScope::Text();
+    }
+    bool IsIdentity() const
+    {
+        for (int32_t i = 0; i < 256; ++i) {
+            if (lut.vValue[i] != i) return false;
+        }
+        return true;
+    }
+    GammaLut lut;
+    bool bApplied;
+    std::string sLines;
+};
+
+TEST(BuildGammaLut, IsTheIdentityUnlessTheMeanHasDarkened)
+{
+    for (const Curve& curve :
+         {Curve(100, 100), Curve(100, 130), Curve(-3, -90), Curve(400, 255), Curve(100, 50, 150, 0)}) {
+        EXPECT_FALSE(curve.bApplied);
+        EXPECT_TRUE(curve.IsIdentity());
+        EXPECT_EQ(curve.sLines, "");
+    }
+}
+
+TEST(BuildGammaLut, IsTheIdentityAtAWhiteMean)
+{
+    const Curve curve(255, 200);  // the logarithm of 1 below the line
+    EXPECT_TRUE(curve.bApplied);
+    EXPECT_EQ(curve.sLines, "gamma=1.000000\n");
+    EXPECT_TRUE(curve.IsIdentity());
+}
+
+TEST(BuildGammaLut, HoldsGammaAtItsLimit)
+{
+    EXPECT_EQ(Curve(128, 40, 150).sLines, "gamma=1.500000\n");
+    EXPECT_EQ(Curve(128, 40, 100).sLines, "gamma=1.000000\n");
+    EXPECT_EQ(Curve(128, 100, 150).sLines, "gamma=1.358166\n");  // log(100 / 255) / log(128 / 255)
+}
+
+TEST(BuildGammaLut, TakesTheOutputMeanBackToTheInputMean)
+{
+    const Curve curve(140, 120);
+    EXPECT_TRUE(curve.bApplied);
+    EXPECT_EQ(curve.lut.vValue[120], 140);
+    EXPECT_EQ(curve.lut.vValue[255], 255);
+    for (int i = 1; i < 256; ++i) EXPECT_GE(curve.lut.vValue[i], curve.lut.vValue[i - 1]);
+}
+
+TEST(BuildGammaLut, AtMostDoublesAValue)
+{
+    const Curve curve(128, 20, 200);  // gamma 2
+    const GammaLut& lut = curve.lut;
+    for (int i = 0; i < 63; ++i) EXPECT_EQ(lut.vValue[i], 2 * i);
+    EXPECT_EQ(lut.vValue[64], 128);   // 0.5 + 255 * sqrt(64 / 255) = 128.2
+    EXPECT_EQ(lut.vValue[100], 160);  // 160.2
+}
+
+}  // namespace
+}  // namespace vkr

@@ -1,0 +1,86 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "burst_order.h"
+#include "colour_convert.h"
+#include "commands.h"
+#include "drawn_burst.h"
+#include "engine.h"
+#include "tool_parameters.h"
+
+namespace vkr::tool {
+
+namespace {
+
+constexpr int kQuality = 95;
+constexpr int kGap = 8;  // pixels between the pictures of the sheet
+
+Frame FuseDrawn(const std::vector<Frame>& vFrames, LibraryLines& lines)
+{
+    Engine engine(ToolParameters(ToolParameters::Base::kTool), lines);
+    const int nFrames = static_cast<int>(vFrames.size());
+    for (int k = 0; k < nFrames; ++k) engine.AddFrame(k, vFrames[static_cast<size_t>(k)]);
+    Frame result;
+    result.Resize(vFrames[0].nWidth, vFrames[0].nHeight);
+    engine.Render(nFrames, MiddleFrame(nFrames), 0, result);
+    return result;
+}
+
+void Paste(const Raster& picture, int nX, int nY, Raster& sheet)
+{
+    for (int y = 0; y < picture.nHeight && nY + y < sheet.nHeight; ++y) {
+        std::copy_n(picture.Row(y), picture.nWidth * 3, sheet.Row(nY + y) + static_cast<size_t>(nX) * 3);
+    }
+}
+
+// The frames, small, one below the other, and the result beside them at full size.
+Raster SideBySide(const std::vector<Frame>& vFrames, const Frame& result)
+{
+    const int nFrames = static_cast<int>(vFrames.size());
+    const int nStripWidth = result.nWidth / nFrames;
+    Raster sheet;
+    sheet.Resize(nStripWidth + kGap + result.nWidth, result.nHeight + kGap * (nFrames - 1), 3);
+    std::fill(sheet.vSamples.begin(), sheet.vSamples.end(), uint8_t{255});
+    for (int k = 0; k < nFrames; ++k) {
+        const Raster small = ScaleDown(RgbFromFrame(vFrames[static_cast<size_t>(k)]), nFrames);
+        Paste(small, 0, k * (result.nHeight / nFrames + kGap), sheet);
+    }
+    Paste(RgbFromFrame(result), nStripWidth + kGap, kGap * (nFrames - 1) / 2, sheet);
+    return sheet;
+}
+
+}  // namespace
+
+CLI::App* DefineDemo(CLI::App& app, DemoOptions& options)
+{
+    CLI::App* pCommand = app.add_subcommand("demo", "Draws a burst of a room with a bright window and fuses it.");
+    pCommand->add_option("-o,--output", options.sFolder, "folder for the frames, the result and a sheet of all")
+        ->capture_default_str();
+    pCommand->add_option("--size", options.sSize, "WxH of the frames")->capture_default_str();
+    pCommand->add_option("--exposures", options.nExposures, "number of frames, 1 to 8")
+        ->check(CLI::Range(1, 8))
+        ->capture_default_str();
+    return pCommand;
+}
+
+void RunDemo(const DemoOptions& options, const CommonOptions& common)
+{
+    SceneParams scene;
+    const Size size = ParseSize(options.sSize);
+    scene.nWidth = size.nWidth;
+    scene.nHeight = size.nHeight;
+    scene.nExposures = options.nExposures;
+    MakeFolder(options.sFolder);
+    const std::vector<Frame> vFrames = DrawBurst(scene);
+    LibraryLines lines(common.bVerbose);
+    const Frame result = FuseDrawn(vFrames, lines);
+    for (size_t k = 0; k < vFrames.size(); ++k) {
+        WriteWholeFile(options.sFolder + "/frame" + std::to_string(k) + ".jpg", WriteJpeg(vFrames[k], kQuality));
+    }
+    WriteWholeFile(options.sFolder + "/result.jpg", WriteJpeg(result, kQuality));
+    WriteWholeFile(options.sFolder + "/side_by_side.png", WritePng(SideBySide(vFrames, result)));
+    Say("fused %zu drawn frames of %dx%d; %s holds them, result.jpg and side_by_side.png", vFrames.size(), size.nWidth,
+        size.nHeight, options.sFolder.c_str());
+}
+
+}  // namespace vkr::tool

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "library_lines.h"
+#include "picture_io.h"
+#include "tool_parameters.h"
+
+namespace vkr::tool {
+
+// The library's one engine, through its C interface, for the life of this object. Every refusal is a BurstError with
+// what the library said.
+class Engine {
+public:
+    Engine(const ToolParameters& params, LibraryLines& lines);
+    ~Engine();
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    void AddFrame(int nIndex, const Frame& frame);
+
+    // result comes with the size and the chroma order of the frames.
+    void Render(int nExposures, int nReference, int nOrientation, Frame& result);
+
+private:
+    void Check(int nResult, const char* pCall);
+
+    LibraryLines& m_lines;
+};
+
+}  // namespace vkr::tool

@@ -1,0 +1,111 @@
+#include <hwy/targets.h>
+#include <omp.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdarg>
+#include <cstdio>
+#include <exception>
+
+#include "commands.h"
+#include "tool_error.h"
+#include "vkrHdr.h"
+
+namespace vkr::tool {
+
+namespace {
+
+constexpr int kStatusBurst = 1, kStatusUsage = 2;
+
+void DefineCommon(CLI::App& app, CommonOptions& common)
+{
+    app.add_option("--threads", common.nThreads, "threads of the parallel loops")->check(CLI::Range(1, 256));
+    app.add_option("--simd", common.sSimd, "off: the plain form of every loop; the bytes are the same")
+        ->check(CLI::IsMember({"on", "off"}));
+    app.add_flag("--verbose", common.bVerbose, "show the library's own lines on standard error");
+}
+
+// Before the first loop runs: what is dispatched once stays.
+void ApplyCommon(const CommonOptions& common)
+{
+    if (common.nThreads > 0) omp_set_num_threads(common.nThreads);
+    if (common.sSimd == "off") hwy::DisableTargets(~static_cast<int64_t>(HWY_STATIC_TARGET));
+}
+
+// The parser's messages may be long; the first line says it.
+int UsageLine(std::string sWords)
+{
+    sWords.resize(std::min(sWords.find('\n'), sWords.size()));
+    std::fprintf(stderr, "vkrhdr: %s; see vkrhdr --help\n", sWords.c_str());
+    return kStatusUsage;
+}
+
+int Run(int argc, char** argv)
+{
+    CLI::App app("Fuses a burst of differently exposed pictures into one.", "vkrhdr");
+    app.set_version_flag("--version", std::string("vkrhdr ") + vkrHdrGetVersion()->pVersion);
+    app.require_subcommand(1);
+    app.fallthrough();
+    CommonOptions common;
+    FuseOptions fuse;
+    ParamsOptions params;
+    DemoOptions demo;
+    BenchOptions bench;
+    DefineCommon(app, common);
+    const CLI::App* pFuse = DefineFuse(app, fuse);
+    const CLI::App* pParams = DefineParams(app, params);
+    const CLI::App* pDemo = DefineDemo(app, demo);
+    const CLI::App* pBench = DefineBench(app, bench);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        return UsageLine(error.what());
+    }
+    ApplyCommon(common);
+    if (pFuse->parsed()) RunFuse(fuse, common);
+    if (pParams->parsed()) RunParams(params);
+    if (pDemo->parsed()) RunDemo(demo, common);
+    if (pBench->parsed()) RunBench(bench, common);
+    return 0;
+}
+
+}  // namespace
+
+Size ParseSize(const std::string& sText)
+{
+    Size size{};
+    char cRest = 0;
+    const int nRead = std::sscanf(sText.c_str(), "%5dx%5d%c", &size.nWidth, &size.nHeight, &cRest);
+    const auto isSide = [](int n) { return n >= 2 && n <= 16384 && n % 2 == 0; };
+    if (nRead != 2 || !isSide(size.nWidth) || !isSide(size.nHeight)) {
+        throw UsageError("--size takes WxH with even sides of 2 .. 16384, not '" + sText + "'");
+    }
+    return size;
+}
+
+void Say(const char* pFormat, ...)
+{
+    std::va_list args;
+    va_start(args, pFormat);
+    std::vfprintf(stderr, pFormat, args);
+    va_end(args);
+    std::fputc('\n', stderr);
+}
+
+}  // namespace vkr::tool
+
+int main(int argc, char** argv)
+{
+    try {
+        return vkr::tool::Run(argc, argv);
+    } catch (const vkr::tool::UsageError& error) {
+        std::fprintf(stderr, "vkrhdr: %s\n", error.what());
+        return vkr::tool::kStatusUsage;
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "vkrhdr: there is not enough memory\n");
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "vkrhdr: %s\n", error.what());
+    }
+    return vkr::tool::kStatusBurst;
+}

@@ -1,0 +1,131 @@
+#include "tool_parameters.h"
+
+#include <charconv>
+#include <vector>
+
+#include "tool_error.h"
+
+namespace vkr::tool {
+
+namespace {
+
+// The flow and all its filters, in the order of their sections.
+void CollectFilters(CFilter& filter, std::vector<CFilter*>& vFilters)
+{
+    vFilters.push_back(&filter);
+    auto* pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter);
+    if (pFlow == nullptr) return;
+    for (CFilter* pFilter : pFlow->Filters()) CollectFilters(*pFilter, vFilters);
+}
+
+std::vector<CFilter*> AllFilters(CFilter& flow)
+{
+    std::vector<CFilter*> vFilters;
+    CollectFilters(flow, vFilters);
+    return vFilters;
+}
+
+std::string RangeOf(const ParamEntry& entry)
+{
+    return std::to_string(entry.nMin) + " .. " + std::to_string(entry.nMax);
+}
+
+CFilter& FindFilter(CFilter& flow, const std::string& sName)
+{
+    std::string sNames;
+    for (CFilter* pFilter : AllFilters(flow)) {
+        if (sName == pFilter->Name()) return *pFilter;
+        sNames += (sNames.empty() ? "" : ", ") + std::string(pFilter->Name());
+    }
+    throw UsageError("there is no filter '" + sName + "'; there are " + sNames);
+}
+
+// Where else the name is known: a filter's parameter without the filter's name, or an array without an index.
+std::string Advice(CFilter& flow, const std::string& sName)
+{
+    for (CFilter* pFilter : AllFilters(flow)) {
+        const std::string sPrefix = pFilter == &flow ? "" : std::string(pFilter->Name()) + ".";
+        if (FindParameter(pFilter->Params(), sName.c_str()) != nullptr) return "did you mean " + sPrefix + sName + "?";
+        const std::string sFirst = sName + "_0";
+        if (FindParameter(pFilter->Params(), sFirst.c_str()) != nullptr) {
+            return "it is a list: " + sPrefix + sFirst + " and so on";
+        }
+    }
+    return "vkrhdr params lists them all";
+}
+
+int ParseValue(const std::string& sText, const ParamEntry& entry)
+{
+    int nValue = 0;
+    const char* pEnd = sText.data() + sText.size();
+    const auto [pStop, error] = std::from_chars(sText.data(), pEnd, nValue);
+    if (error != std::errc() || pStop != pEnd || nValue < entry.nMin || nValue > entry.nMax) {
+        throw UsageError(entry.sName + "=" + sText + " is refused; the range is " + RangeOf(entry));
+    }
+    return nValue;
+}
+
+}  // namespace
+
+ToolParameters::ToolParameters(Base base) : m_pFlow(std::make_unique<CMultiExposureHDRProcessFlowOpt>())
+{
+    if (base == Base::kRegistered) return;
+    for (CFilter* pFilter : AllFilters(*m_pFlow)) SwitchFilterDumps(*pFilter, 0);
+    if (base == Base::kTool) m_pFlow->bLogoEnable = 0;
+}
+
+void ToolParameters::Load(const std::string& sPath, LibraryLines& lines, std::string& sWarning)
+{
+    lines.TakeLastMessage();
+    const bool bLoaded = m_pFlow->LoadParameterFile(sPath.c_str());
+    sWarning = lines.TakeLastMessage();
+    if (bLoaded) return;
+    throw UsageError(sPath + " is no parameter file that loads: " +
+                     (sWarning.empty() ? "vkrhdr params prints one that does" : sWarning));
+}
+
+void ToolParameters::Set(const std::string& sAssignment)
+{
+    const size_t nEquals = sAssignment.find('=');
+    if (nEquals == std::string::npos) throw UsageError("--set takes NAME=VALUE, not '" + sAssignment + "'");
+    const std::string sFullName = sAssignment.substr(0, nEquals);
+    const size_t nDot = sFullName.find('.');
+    CFilter& filter = nDot == std::string::npos ? *m_pFlow : FindFilter(*m_pFlow, sFullName.substr(0, nDot));
+    const std::string sName = nDot == std::string::npos ? sFullName : sFullName.substr(nDot + 1);
+    ParamEntry* pEntry = FindParameter(filter.Params(), sName.c_str());
+    if (pEntry == nullptr) {
+        throw UsageError(std::string(filter.Name()) + " has no parameter '" + sName + "'; " + Advice(*m_pFlow, sName));
+    }
+    *pEntry->pValue = ParseValue(sAssignment.substr(nEquals + 1), *pEntry);
+}
+
+void ToolParameters::SwitchDumpsOn()
+{
+    m_pFlow->bDebugDumpEnable = 1;
+    for (CFilter* pFilter : AllFilters(*m_pFlow)) SwitchFilterDumps(*pFilter, 1);
+}
+
+void ToolParameters::SetChromaOrder(bool bCrFirst)
+{
+    m_pFlow->bUVOrder = bCrFirst ? 1 : 0;
+}
+
+void ToolParameters::Save(const std::string& sPath) const
+{
+    if (!m_pFlow->SaveParameterFile(sPath.c_str())) throw BurstError(sPath + ": the parameters can not be written");
+}
+
+bool ToolParameters::Print(std::FILE* pFile) const
+{
+    return m_pFlow->SaveParameterStream(pFile) && std::fflush(pFile) == 0;
+}
+
+// The filters name their switches alike: bDumpDebug, bDumpDebugFile, nDumpDebugFile.
+void ToolParameters::SwitchFilterDumps(CFilter& filter, int nValue)
+{
+    for (ParamEntry& entry : filter.Params()) {
+        if (entry.sName.find("DumpDebug") != std::string::npos) *entry.pValue = nValue;
+    }
+}
+
+}  // namespace vkr::tool

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "flow/multi_exposure_flow.h"
+#include "library_lines.h"
+
+namespace vkr::tool {
+
+// A set of the library's parameters to be changed and handed over as a file. Names, ranges and defaults all come from
+// what the filters register.
+class ToolParameters {
+public:
+    enum class Base {
+        kRegistered,  // the defaults as they are
+        kShipped,     // no debug files, so that nobody finds some in a working folder
+        kTool,        // and no logo
+    };
+
+    explicit ToolParameters(Base base);
+
+    // Takes everything from a file in the library's text form. UsageError when it does not load. lines must be what
+    // holds the library's lines at present; sWarning receives what the library had to say though it loaded.
+    void Load(const std::string& sPath, LibraryLines& lines, std::string& sWarning);
+
+    // "NAME=VALUE" for the flow's own, "Filter.NAME=VALUE" for those of its filters. UsageError, in one line, for an
+    // unknown name or a value out of its range.
+    void Set(const std::string& sAssignment);
+
+    void SwitchDumpsOn();
+    void SetChromaOrder(bool bCrFirst);
+
+    void Save(const std::string& sPath) const;  // BurstError when it can not be written
+    bool Print(std::FILE* pFile) const;
+
+private:
+    void SwitchFilterDumps(CFilter& filter, int nValue);
+
+    std::unique_ptr<CMultiExposureHDRProcessFlowOpt> m_pFlow;
+};
+
+}  // namespace vkr::tool
