@@ -22,8 +22,8 @@ float ChooseGamma(int32_t nIn, int32_t nOut, int32_t nMaxGamma)
 int32_t GammaValue(int32_t i, float fGamma)
 {
     const float fPower = std::pow(static_cast<float>(i) / 255.0F, 1.0F / fGamma);
-    const int32_t v = static_cast<int32_t>(0.5F + fPower * 255.0F);
-    return std::min(Clamp(v, 0, 255), 2 * i);
+    const float v = 0.5F + fPower * 255.0F;
+    return std::min(Clamp(static_cast<int32_t>(v), 0, 255), 2 * i);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "foundation/bmp.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <string>
@@ -14,7 +15,7 @@ using Bytes = std::vector<uint8_t>;
 
 const std::string& Path()
 {
-    static const std::string sPath = testing::TempDir() + "vkr_bmp_test.bmp";
+    static const std::string sPath = testing::TempDir() + "vkr_bmp_test_" + std::to_string(getpid()) + ".bmp";
     return sPath;
 }
 

@@ -48,7 +48,8 @@ TEST(Image, ABufferIsReusedWhileItSuffices)
 
 TEST(Image, SizesThatDoNotFitLeaveTheRecordEmpty)
 {
-    const int vSizes[][3] = {{-1, 5, 3}, {5, -1, 3}, {5, 5, -1}, {kHuge, kHuge, 3}, {kHuge, 1, 3}, {65536, 65536, 1}};
+    const int vSizes[][3] = {{-1, 5, 3},    {5, -1, 3},         {5, 5, -1},       {kHuge, kHuge, 3},
+                             {kHuge, 1, 3}, {1000000000, 1, 3}, {65536, 65536, 1}};
     for (const auto& vSize : vSizes) {
         TestImage image;
         TestShortImage levels;

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
 
 #include "foundation/test_filters.h"
-#include "support/quiet_lines.h"
 
 namespace vkr {
 namespace {
@@ -23,7 +25,7 @@ TEST(ParameterSave, WritesTheTreeInOrder)
 TEST(ParameterSave, HexadecimalModesRoundTripThroughAStream)
 {
     const char* const vLines[] = {
-        "nAmount=H-", "nAmount=HFFFFFFFD;\trange=[FFFFFFFB,0A]\nnNodes_0=H10;\trange=[00,FF]\n",
+        nullptr, "nAmount=HFFFFFFFD;\trange=[FFFFFFFB,0A]\nnNodes_0=H10;\trange=[00,FF]\n",
         "nAmount=HFFFFFFFD;\trange=[FFFFFFFB,000A]\nnNodes_0=H0010;\trange=[0000,00FF]\n",
         "nAmount=HFFFFFFFD;\trange=[FFFFFFFB,0000000A]\nnNodes_0=H00000010;\trange=[00000000,000000FF]\n"};
     for (int nMode = 1; nMode <= 3; ++nMode) {
@@ -42,7 +44,7 @@ TEST(ParameterSave, HexadecimalModesRoundTripThroughAStream)
 
 TEST(ParameterSave, FileRoundTripGivesEqualValues)
 {
-    const std::string sPath = testing::TempDir() + "vkr_parameter_save_test.txt";
+    const std::string sPath = testing::TempDir() + "vkr_parameter_save_test_" + std::to_string(getpid()) + ".txt";
     CRoot source, target, fromText;
     source.nWide = -2147483647 - 1;
     source.middle.nShift = 8;

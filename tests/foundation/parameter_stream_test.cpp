@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
 
 #include "foundation/test_filters.h"
 #include "support/quiet_lines.h"
@@ -16,7 +19,7 @@ bool LoadInner(CRoot& root, const std::string& sLines)
 // Loads a whole text, its first name included, by way of a file.
 bool LoadTree(CRoot& root, const std::string& sText)
 {
-    const std::string sPath = testing::TempDir() + "vkr_parameter_stream_test.txt";
+    const std::string sPath = testing::TempDir() + "vkr_parameter_stream_test_" + std::to_string(getpid()) + ".txt";
     std::FILE* const pFile = std::fopen(sPath.c_str(), "wb");
     std::fwrite(sText.data(), 1, sText.size(), pFile);
     std::fclose(pFile);

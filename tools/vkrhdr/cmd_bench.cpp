@@ -96,13 +96,13 @@ void RunBench(const BenchOptions& options, const CommonOptions& common)
     scene.nExposures = options.nExposures;
     ToolParameters params(ToolParameters::Base::kTool);
     for (const std::string& sSet : options.vSets) params.Set(sSet);
+    LibraryLines lines(common.bVerbose);
     const std::vector<Frame> vFrames = DrawBurst(scene);
     Frame result;
     result.Resize(size.nWidth, size.nHeight);
 
     ForgetPeak();
     const long nBefore = StatusKib("VmRSS");
-    LibraryLines lines(common.bVerbose);
     Totals totals;
     {
         Engine engine(params, lines);

@@ -26,26 +26,28 @@ Frame FuseDrawn(const std::vector<Frame>& vFrames, LibraryLines& lines)
     return result;
 }
 
-void Paste(const Raster& picture, int nX, int nY, Raster& sheet)
+void Paste(const Raster& picture, int nX, int nY, int nRows, Raster& sheet)
 {
-    for (int y = 0; y < picture.nHeight && nY + y < sheet.nHeight; ++y) {
+    for (int y = 0; y < nRows; ++y) {
         std::copy_n(picture.Row(y), picture.nWidth * 3, sheet.Row(nY + y) + static_cast<size_t>(nX) * 3);
     }
 }
 
-// The frames, small, one below the other, and the result beside them at full size.
+// The frames, small, one below the other, and the result beside them at full size, on white. The gaps between the
+// frames are cut off their last rows, so that both columns are of one height.
 Raster SideBySide(const std::vector<Frame>& vFrames, const Frame& result)
 {
     const int nFrames = static_cast<int>(vFrames.size());
     const int nStripWidth = result.nWidth / nFrames;
     Raster sheet;
-    sheet.Resize(nStripWidth + kGap + result.nWidth, result.nHeight + kGap * (nFrames - 1), 3);
+    sheet.Resize(nStripWidth + kGap + result.nWidth, result.nHeight, 3);
     std::fill(sheet.vSamples.begin(), sheet.vSamples.end(), uint8_t{255});
     for (int k = 0; k < nFrames; ++k) {
         const Raster small = ScaleDown(RgbFromFrame(vFrames[static_cast<size_t>(k)]), nFrames);
-        Paste(small, 0, k * (result.nHeight / nFrames + kGap), sheet);
+        const int nRows = k + 1 < nFrames ? std::max(small.nHeight - kGap, 0) : small.nHeight;
+        Paste(small, 0, k * result.nHeight / nFrames, nRows, sheet);
     }
-    Paste(RgbFromFrame(result), nStripWidth + kGap, kGap * (nFrames - 1) / 2, sheet);
+    Paste(RgbFromFrame(result), nStripWidth + kGap, 0, result.nHeight, sheet);
     return sheet;
 }
 
@@ -71,8 +73,8 @@ void RunDemo(const DemoOptions& options, const CommonOptions& common)
     scene.nHeight = size.nHeight;
     scene.nExposures = options.nExposures;
     MakeFolder(options.sFolder);
-    const std::vector<Frame> vFrames = DrawBurst(scene);
     LibraryLines lines(common.bVerbose);
+    const std::vector<Frame> vFrames = DrawBurst(scene);
     const Frame result = FuseDrawn(vFrames, lines);
     for (size_t k = 0; k < vFrames.size(); ++k) {
         WriteWholeFile(options.sFolder + "/frame" + std::to_string(k) + ".jpg", WriteJpeg(vFrames[k], kQuality));

@@ -23,9 +23,12 @@ bool CutMilliseconds(std::string& sLine, int& nMs)
     return true;
 }
 
-// "==== ==== NAME  " to "NAME" and the number of marks before it.
-std::string CutMarks(const std::string& sTitle, int& nDepth)
+// "==== ==== NAME  " to "NAME" and the number of marks before it. Words that the library left without a line end may
+// stand before the marks.
+std::string CutMarks(const std::string& sLine, int& nDepth)
 {
+    const size_t nMarks = sLine.find("====");
+    const std::string sTitle = nMarks == std::string::npos ? sLine : sLine.substr(nMarks);
     size_t i = 0;
     for (nDepth = 0; i < sTitle.size() && (sTitle[i] == '=' || sTitle[i] == ' ' || sTitle[i] == '@'); ++i) {
         if (sTitle[i] == '=' && (i == 0 || sTitle[i - 1] == ' ')) ++nDepth;
