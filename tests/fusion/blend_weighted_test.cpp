@@ -63,18 +63,17 @@ TEST_P(BlendWeightedTest, EqualsThePixelFormAtEveryLength)
     }
 }
 
-// Sums beyond 2^24 are no longer exact in the estimate of the quotient, and quotients that are whole are what a bad one
-// misses: multiples of the divisor, one more and one less.
+// Sums beyond 2^24 are not exact in the estimate of the quotient, which then misses beside whole quotients: multiples
+// of the divisor, one more and one less.
 TEST_P(BlendWeightedTest, IsExactBesideEveryWholeQuotient)
 {
-    constexpr uint8_t vFull[3] = {255, 255, 255};
-    for (int nQuotient = -32768; nQuotient <= 32766; nQuotient += 41) {
-        int16_t vSamples[3][3];  // all alike; one exposure one more; one exposure one less
-        for (int k = 0; k < 3; ++k) std::fill_n(vSamples[k], 3, static_cast<int16_t>(nQuotient));
-        ++vSamples[0][1];
-        if (nQuotient > -32768) --vSamples[2][2];
-        uint8_t vWeights[9];
-        for (int i = 0; i < 9; ++i) vWeights[i] = static_cast<uint8_t>(vFull[i % 3] - (nQuotient & 3) * (i % 3));
+    for (int nQuotient = -32767; nQuotient <= 32766; nQuotient += 7) {
+        int16_t vSamples[3][3];  // all alike; one more in the exposure of weight 1; one less in it
+        for (auto& vPlane : vSamples) std::fill_n(vPlane, 3, static_cast<int16_t>(nQuotient));
+        ++vSamples[2][1];
+        --vSamples[2][2];
+        const uint8_t nSecond = static_cast<uint8_t>(255 - (nQuotient & 31));
+        const uint8_t vWeights[9] = {255, nSecond, 1, 255, nSecond, 1, 255, nSecond, 1};
         BlendWeights weights;
         TakeWeights(vWeights, 3, 3, weights);
         const int16_t* const vPlanes[3] = {vSamples[0], vSamples[1], vSamples[2]};
@@ -82,7 +81,7 @@ TEST_P(BlendWeightedTest, IsExactBesideEveryWholeQuotient)
         BlendWeightedRun(weights, vPlanes, vBlend);
         for (int x = 0; x < 3; ++x) {
             const int16_t vPixel[3] = {vSamples[0][x], vSamples[1][x], vSamples[2][x]};
-            ASSERT_EQ(BlendWeightedPixel(vPixel, vWeights + 3 * x, 3), vBlend[x]) << nQuotient << ' ' << x;
+            ASSERT_EQ(BlendWeightedPixel(vPixel, vWeights, 3), vBlend[x]) << nQuotient << ' ' << x;
         }
     }
 }

@@ -109,11 +109,11 @@ class LocalAutoCurve : public LocalAutoCurveTest {  // what one instruction set 
 
 TEST_F(LocalAutoCurve, MixesHugeBlocksIn64Bits)
 {
-    QuietFilter filter;  // 4100 rows of a block pass 32 bits
+    QuietFilter filter;  // one block: blocks of 8192 rows, or of 131072 columns, can pass 32 bits
     filter.nWinXNum = filter.nWinYNum = 1;
     filter.nContrastLevel = 32;
-    ExpectSlow(filter, 3, 6000);
-    ExpectSlow(filter, 70000, 2);
+    ExpectSlow(filter, 3, 16000);
+    ExpectSlow(filter, 140000, 2);
 }
 
 TEST_F(LocalAutoCurve, FollowsOverPicturesOfAnySize)

@@ -91,6 +91,17 @@ TEST(BuildBlockCurve, ClipsAndScalesInRounds)
     EXPECT_EQ(vHump[40], 192);
 }
 
+TEST(BuildBlockCurve, GoesOnWhileScalingAloneChangesAShare)
+{
+    // No share is clipped in the first round; scaling up what truncation lost changes them, and once more.
+    const std::vector<int32_t> vHist = {2, 5, 8, 5, 8, 8, 7, 2, 7, 2, 7, 2, 2, 4, 7, 8, 6, 4, 6, 3, 6, 6,
+                                        8, 8, 2, 1, 7, 1, 3, 7, 6, 6, 2, 8, 6, 1, 8, 7, 7, 4, 5, 7, 5, 6,
+                                        1, 5, 7, 7, 4, 7, 2, 8, 5, 3, 3, 6, 4, 8, 8, 5, 5, 7, 6, 11};
+    const Curve vCurve = CurveOf(vHist, {4, 16, 32});
+    EXPECT_EQ(vCurve[40], 160);
+    EXPECT_EQ(vCurve[52], 208);
+}
+
 TEST(BuildBlockCurve, RoundsTheContrastTowardZero)
 {
     std::vector<int32_t> vHist(64, 0);

@@ -87,7 +87,7 @@ Vec3 PixelLight(const SceneParams& params, int nGrid, int nX, int nY)
         const float fScale = 1.0f / static_cast<float>(params.nHeight);
         const float u = (fX - 0.5f * static_cast<float>(params.nWidth)) * fScale;
         const float v = (0.5f * static_cast<float>(params.nHeight) - fY) * fScale;
-        sum = sum + scene::RoomRadiance({u, v, 1}) * (1 - 0.22f * (u * u + v * v));
+        sum = sum + scene::RoomRadiance({u, v, 1}) * (1 / (1 + 0.25f * (u * u + v * v)));
     }
     const Vec3 mean = sum * (1.0f / static_cast<float>(nGrid * nGrid));
     return {std::sqrt(mean.x), std::sqrt(mean.y), std::sqrt(mean.z)};

@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include "run_tool.h"
+
+namespace vkr::tool {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+class WrongUse : public testing::Test {
+protected:
+    WrongUse()
+    {
+        const std::vector<Frame> vFrames = DrawnFrames(64, 48);
+        WriteWholeFile(m_folder.Path("a.jpg"), WriteJpeg(vFrames[0], 90));
+        WriteWholeFile(m_folder.Path("b.jpg"), WriteJpeg(vFrames[1], 90));
+        WriteWholeFile(m_folder.Path("large.jpg"), WriteJpeg(DrawnFrames(80, 48)[1], 90));
+        WriteWholeFile(m_folder.Path("text.txt"), {'w', 'o', 'r', 'd', 's'});
+        m_vBefore = m_folder.Names();
+    }
+
+    // One line with these words, nothing on standard output, nothing left behind. A failed burst may have told what it
+    // did before.
+    void ExpectRefused(const Names& vArguments, int nStatus, const std::string& sWords)
+    {
+        SCOPED_TRACE(testing::PrintToString(vArguments));
+        const ToolRun run = RunTool(m_folder, vArguments);
+        EXPECT_EQ(nStatus, run.nStatus);
+        EXPECT_EQ("", run.sOut);
+        EXPECT_NE(std::string::npos, run.sErr.find(sWords)) << run.sErr;
+        const std::string sLast = run.sErr.substr(run.sErr.rfind('\n', run.sErr.size() - 2) + 1);
+        EXPECT_EQ(0u, sLast.find("vkrhdr: ")) << run.sErr;
+        if (nStatus == 2) {
+            EXPECT_EQ(1, run.ErrorLines()) << run.sErr;
+        }
+        EXPECT_EQ(m_vBefore, m_folder.Names());
+    }
+
+    TestFolder m_folder;
+    Names m_vBefore;
+};
+
+}  // namespace
+
+TEST_F(WrongUse, OfTheCommandLineEndsWithStatus2)
+{
+    ExpectRefused({}, 2, "--help");
+    ExpectRefused({"melt"}, 2, "--help");
+    ExpectRefused({"fuse"}, 2, "required");
+    ExpectRefused({"fuse", "a.jpg", "b.jpg"}, 2, "--output is required");
+    ExpectRefused({"fuse", "a.jpg", "missing.jpg", "-o", "out.jpg"}, 2, "missing.jpg");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.gif"}, 2, ".png");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--quality", "101"}, 2, "100");
+    ExpectRefused({"fuse", "a.jpg", "b.jpg", "-o", "out.jpg", "--reference", "2"}, 2, "0 .. 1");
+    ExpectRefused({"fuse", "a.jpg", "-o", "missing/out.jpg"}, 2, "no folder");
+    ExpectRefused({"fuse", "a.jpg", "-o", "a.jpg/out.jpg"}, 2, "no folder");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.raw", "--raw", "nv12"}, 2, "--size");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.raw", "--raw", "nv12", "--size", "63x48"}, 2, "even");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.raw", "--raw", "yv12", "--size", "64x48"}, 2, "nv21");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--threads", "0"}, 2, "--threads");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--simd", "maybe"}, 2, "--simd");
+    ExpectRefused({"bench", "--size", "100"}, 2, "WxH");
+    ExpectRefused({"demo", "--exposures", "9", "-o", "none"}, 2, "--exposures");
+    ExpectRefused(
+        {"fuse", "a.jpg", "a.jpg", "a.jpg", "a.jpg", "a.jpg", "a.jpg", "a.jpg", "a.jpg", "a.jpg", "-o", "o.jpg"}, 2,
+        "at most 8");
+}
+
+TEST_F(WrongUse, OfParametersTellsTheRange)
+{
+    ExpectRefused({"params", "--set", "nMaxGamma=99"}, 2, "100 .. 200");
+    ExpectRefused({"params", "--set", "nMaxGamma=201"}, 2, "100 .. 200");
+    ExpectRefused({"params", "--set", "nMinLowLevel=-256"}, 2, "-255 .. 255");
+    ExpectRefused({"params", "--set", "nMaxGamma=110x"}, 2, "100 .. 200");
+    ExpectRefused({"params", "--set", "nMaxGamma="}, 2, "100 .. 200");
+    ExpectRefused({"params", "--set", "nMaxGamma=99999999999"}, 2, "100 .. 200");
+    ExpectRefused({"params", "--set", "nMaxGamma"}, 2, "NAME=VALUE");
+    ExpectRefused({"params", "--set", "nNothing=1"}, 2, "vkrhdr params lists");
+    ExpectRefused({"params", "--set", "nRatio=16"}, 2, "nRatio_0");
+    ExpectRefused({"params", "--set", "nEdgeTh_0=4"}, 2, "CGhostProcessFilter.nEdgeTh_0");
+    ExpectRefused({"params", "--set", "CNothing.nRatio_0=16"}, 2, "CGhostProcessFilter");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--set", "CGhostProcessFilter.nEdgeTh_0=256"}, 2, "0 .. 255");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--params", "text.txt"}, 2, "text.txt");
+}
+
+TEST_F(WrongUse, OfPicturesEndsWithStatus1)
+{
+    ExpectRefused({"fuse", "a.jpg", "large.jpg", "-o", "out.jpg"}, 1, "one size: a.jpg is 64x48, large.jpg is 80x48");
+    ExpectRefused({"fuse", "a.jpg", "text.txt", "-o", "out.jpg"}, 1, "text.txt: is neither a JPEG nor a PNG");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.raw", "--raw", "nv12", "--size", "64x48"}, 1, "bytes");
+    std::filesystem::create_directory(m_folder.Path("taken.jpg"));
+    m_vBefore = m_folder.Names();
+    ExpectRefused({"fuse", "a.jpg", "b.jpg", "-o", "taken.jpg"}, 1, "no ordinary file");
+}
+
+TEST_F(WrongUse, IsNotAskingForHelp)
+{
+    for (const Names& vArguments : {Names{"--help"}, Names{"fuse", "--help"}, Names{"--version"}}) {
+        const ToolRun run = RunTool(m_folder, vArguments);
+        EXPECT_EQ(0, run.nStatus);
+        EXPECT_NE("", run.sOut);
+        EXPECT_EQ("", run.sErr);
+    }
+}
+
+}  // namespace vkr::tool
