@@ -32,11 +32,13 @@ def rows(path):
     """(name of the section, rows or headings) of one source."""
     text = path.read_text()
     section = re.search(r'StoreName\("(\w+)"\)', text).group(1)
-    body = text[text.index('::RegisterParameters()'):]
+    body = text[re.search(r'^void \w+::RegisterParameters\(\)', text, re.M).start():]
     found, heading = [], ''
     for line in body.splitlines():
         comment = re.match(r'\s*// (\S.*)$', line)
         if comment and not line.lstrip().startswith('//    '):
+            if heading:  # two in a row: a heading, then the meaning of the next line
+                found.append(heading.rstrip('.'))
             heading = comment.group(1)
             continue
         entry = re.match(r'\s*PARAM(_ARRAY)?\((\w+),\s*(-?\d+),\s*(-?\d+),\s*([^)]*)\);(?:\s*// (.*))?', line)
@@ -59,7 +61,7 @@ def rows(path):
             values = re.findall(name + r'\[\w+\]\[\d\] = (\d+)', body)
             found.append((name, f'{low} .. {high}', f'{", ".join(values)} in each of 8 rows',
                           'points of the soft threshold by level, difference values'))
-        elif line.strip() == '}' and found and 'AddParameterArray2D' not in line and line.startswith('}'):
+        elif line.startswith('}'):
             break
     return section, found
 
@@ -68,15 +70,15 @@ def document(root):
     out = [HEAD]
     for source in SOURCES:
         section, found = rows(root / source)
-        out.append(f'\n## {section}\n')
+        out.append(f'\n## {section}')
         table_open = False
         for row in found:
             if isinstance(row, str):
-                out.append(f'\n### {row}\n')
+                out.append(f'\n### {row}')
                 table_open = False
                 continue
             if not table_open:
-                out.append('| parameter | range | default | meaning |\n|---|---|---|---|')
+                out.append('\n| parameter | range | default | meaning |\n|---|---|---|---|')
                 table_open = True
             out.append('| `{}` | {} | {} | {} |'.format(*row))
     return '\n'.join(out) + '\n'
