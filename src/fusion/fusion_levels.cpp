@@ -4,8 +4,7 @@ namespace vkr {
 
 FusionLevels::~FusionLevels()
 {
-    for (CImage& level : m_vFiner) level.Release();
-    for (CImage& level : m_vCoarser) level.Release();
+    DropExposures();
     for (CShortImage& level : m_vDetail) level.Release();
     m_Fused.Release();
     m_FusedUp.Release();
@@ -40,6 +39,12 @@ void FusionLevels::GoCoarser()
         m_vFiner[k].Swap(m_vCoarser[k]);
         m_vAtWork[k] = &m_vFiner[k];
     }
+}
+
+void FusionLevels::DropExposures()
+{
+    for (CImage& level : m_vFiner) level.Release();
+    for (CImage& level : m_vCoarser) level.Release();
 }
 
 }  // namespace vkr

@@ -26,6 +26,9 @@ public:
     // The next coarser level becomes the level at work.
     void GoCoarser();
 
+    // Gives back the levels of the exposures; from then on only what is fused stands.
+    void DropExposures();
+
     int ExposureNum() const { return m_nExposureNum; }
     int Width() const { return m_vAtWork[0]->nWidth; }
     int Height() const { return m_vAtWork[0]->nHeight; }

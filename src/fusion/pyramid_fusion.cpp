@@ -259,6 +259,7 @@ bool PyramidFusion(const CImage* vFrames, const CImage* vWeights, const CShortIm
 
     Tic();
     if (!FuseTopLevel(levels, vWeights[nTop])) return false;
+    levels.DropExposures();
     LogFusedLevel(nTop, levels.m_Fused);
     if (bDump == 1) DumpFused(levels.m_Fused, nTop);
     const bool bDone = Collapse(levels, nTop, pyramid, bDump, fused);

@@ -82,8 +82,9 @@ Vec3 PixelLight(const SceneParams& params, int nGrid, int nX, int nY)
 {
     Vec3 sum{};
     for (int k = 0; k < nGrid * nGrid; ++k) {
-        const float fX = static_cast<float>(nX) + (static_cast<float>(k % nGrid) + 0.5f) / static_cast<float>(nGrid);
-        const float fY = static_cast<float>(nY) + (static_cast<float>(k / nGrid) + 0.5f) / static_cast<float>(nGrid);
+        const int nColumn = k % nGrid, nRow = k / nGrid;
+        const float fX = static_cast<float>(nX) + (static_cast<float>(nColumn) + 0.5f) / static_cast<float>(nGrid);
+        const float fY = static_cast<float>(nY) + (static_cast<float>(nRow) + 0.5f) / static_cast<float>(nGrid);
         const float fScale = 1.0f / static_cast<float>(params.nHeight);
         const float u = (fX - 0.5f * static_cast<float>(params.nWidth)) * fScale;
         const float v = (0.5f * static_cast<float>(params.nHeight) - fY) * fScale;
@@ -104,7 +105,7 @@ float Noise(int nX, int nY, uint32_t nSeed)
 
 uint8_t Grey(float f)
 {
-    return static_cast<uint8_t>(std::clamp(f, 0.0f, 255.0f) + 0.5f);
+    return static_cast<uint8_t>(std::floor(std::clamp(f, 0.0f, 255.0f) + 0.5f));
 }
 
 // Two rows of one exposure from two rows of light, which come as square roots.
@@ -112,7 +113,7 @@ class Exposure {
 public:
     Exposure(const SceneParams& params, int nIndex, const DisplayTable& curve)
         : m_curve(curve),
-          m_fRootGain(PowerOfTwo(0.5f * params.fStops * static_cast<float>(nIndex - (params.nExposures - 1) / 2))),
+          m_fRootGain(PowerOfTwo(0.5f * params.fStops * static_cast<float>(StepsFromNormal(params, nIndex)))),
           m_fNoise(params.fNoise),
           m_nSeed(scene::HashBits(params.nSeed * 16 + static_cast<uint32_t>(nIndex)))
     {
@@ -134,6 +135,8 @@ public:
     }
 
 private:
+    static int StepsFromNormal(const SceneParams& params, int nIndex) { return nIndex - (params.nExposures - 1) / 2; }
+
     Vec3 Coded(Vec3 root) const
     {
         return {m_curve(root.x * m_fRootGain), m_curve(root.y * m_fRootGain), m_curve(root.z * m_fRootGain)};

@@ -44,11 +44,12 @@ CFilter& FindFilter(CFilter& flow, const std::string& sName)
 std::string Advice(CFilter& flow, const std::string& sName)
 {
     for (CFilter* pFilter : AllFilters(flow)) {
-        const std::string sPrefix = pFilter == &flow ? "" : std::string(pFilter->Name()) + ".";
-        if (FindParameter(pFilter->Params(), sName.c_str()) != nullptr) return "did you mean " + sPrefix + sName + "?";
+        std::string sFull = pFilter == &flow ? "" : std::string(pFilter->Name()) + ".";
+        sFull += sName;
+        if (FindParameter(pFilter->Params(), sName.c_str()) != nullptr) return "did you mean " + sFull + "?";
         const std::string sFirst = sName + "_0";
         if (FindParameter(pFilter->Params(), sFirst.c_str()) != nullptr) {
-            return "it is a list: " + sPrefix + sFirst + " and so on";
+            return "it is a list: " + sFull.append("_0 and so on");
         }
     }
     return "vkrhdr params lists them all";
