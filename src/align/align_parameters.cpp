@@ -18,7 +18,10 @@ CMultipleImagesAlignFilterOpt::CMultipleImagesAlignFilterOpt()
     m_HomographMappingFilter.Initialize();
 }
 
-void CMultipleImagesAlignFilter::SetFilterName() { StoreName("CMultipleImagesAlignFilter"); }
+void CMultipleImagesAlignFilter::SetFilterName()
+{
+    StoreName("CMultipleImagesAlignFilter");
+}
 
 void CMultipleImagesAlignFilter::RegisterFilters()
 {

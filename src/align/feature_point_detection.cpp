@@ -2,7 +2,10 @@
 
 namespace vkr {
 
-void CFeaturePointDetection::SetFilterName() { StoreName("CFeaturePointDetection"); }
+void CFeaturePointDetection::SetFilterName()
+{
+    StoreName("CFeaturePointDetection");
+}
 
 // clang-format off
 void CFeaturePointDetection::RegisterParameters()

@@ -2,7 +2,10 @@
 
 namespace vkr {
 
-void CHomographMappingFilter::SetFilterName() { StoreName("CHomographMappingFilter"); }
+void CHomographMappingFilter::SetFilterName()
+{
+    StoreName("CHomographMappingFilter");
+}
 
 // clang-format off
 void CHomographMappingFilter::RegisterParameters()

@@ -40,7 +40,7 @@ public:
     int32_t bAlignPyramidDither = 0;
 
 private:
-    CFeaturePointDetection m_FeatureDetection;  // in the parameter text only
+    CFeaturePointDetection m_FeatureDetection;   // in the parameter text only
     CHomographMappingFilter m_HomographMapping;  // in the parameter text only
 };
 

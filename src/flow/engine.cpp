@@ -2,8 +2,8 @@
 
 namespace vkr {
 
-// The sub-filters are made in the order of their members; each takes its name and its parameters before the engine's own
-// list of sub-filters is formed.
+// The sub-filters are made in the order of their members; each takes its name and its parameters before the engine's
+// own list of sub-filters is formed.
 CMultiExposureHDRProcessFlow::CMultiExposureHDRProcessFlow()
 {
     m_GhostFilter.Initialize();
@@ -18,7 +18,6 @@ CMultiExposureHDRProcessFlow::~CMultiExposureHDRProcessFlow()
     for (int k = kMaxExposures - 1; k >= 0; --k) m_YuvFrames[k].Release();
     m_GhostMap.Release();
 }
-
 
 void CMultiExposureHDRProcessFlow::RegisterFilters()
 {

@@ -2,7 +2,10 @@
 
 namespace vkr {
 
-void CMultiExposureHDRProcessFlow::SetFilterName() { StoreName("CMultiExposureHDRProcessFlow"); }
+void CMultiExposureHDRProcessFlow::SetFilterName()
+{
+    StoreName("CMultiExposureHDRProcessFlow");
+}
 
 // The order is the order in the parameter file. Lists of 8 go by exposure, by node or by pyramid level, as told.
 // clang-format off
@@ -148,8 +151,8 @@ void CMultiExposureHDRProcessFlow::RegisterParameters()
 // One curve, twice: nodes 0, 4, 8, 16, 24 ... 248 and a last one, on the 8-bit and the 10-bit scale.
 void CMultiExposureHDRProcessFlow::RegisterDisplayCurve()
 {
-    constexpr int32_t vCurve10[kNodes] = {0,   64,  128, 224, 304, 372, 424, 472, 516, 556, 600, 632,
-                                          664, 696, 724, 752, 771, 790, 809, 828, 843, 858, 873, 888,
+    constexpr int32_t vCurve10[kNodes] = {0,   64,  128, 224, 304, 372, 424, 472, 516,  556, 600, 632,
+                                          664, 696, 724, 752, 771, 790, 809, 828, 843,  858, 873, 888,
                                           902, 916, 930, 944, 957, 971, 984, 998, 1011, 1023};
     for (int i = 0; i < kNodes; ++i) {
         m_LinearX[i] = i < 2 ? 4 * i : 8 * (i - 1);

@@ -16,10 +16,10 @@ struct FlowParams {
     int32_t bGhostProcessEnable = 0;
     int32_t bGhostRelinearizeEnable = 0;
     int32_t bContrastEnable = 0;
-    int32_t bEV0HighLightWeightSuppress = 0;     // kept with the parameters
+    int32_t bEV0HighLightWeightSuppress = 0;      // kept with the parameters
     int32_t nEV0HighLightWeightSuppressThre = 0;  // kept with the parameters
     int32_t nGoodBrightnessTargetDropFailure[kMaxExposures] = {};
-    int32_t bUVOrder = 0;  // 0: first chroma byte Cb, 1: Cr
+    int32_t bUVOrder = 0;           // 0: first chroma byte Cb, 1: Cr
     int32_t bAddHighFrequency = 0;  // kept with the parameters
     int32_t nSaturateThre = 0;      // lowest saturation degree that is kept
 };

@@ -48,8 +48,8 @@ bool CMultiExposureHDRProcessFlowOpt::MakeWorkingFrames(const Burst& burst, Flow
 {
     m_ReadyFlags.Reset();
     Tic();
-    const bool bDone = BinarizeFrames(burst.vFrames, burst.nExposureNum, bUVOrder, m_ReadyFlags, temp.vWorkFrames,
-                                      temp.vDetailLayers);
+    const bool bDone =
+        BinarizeFrames(burst.vFrames, burst.nExposureNum, bUVOrder, m_ReadyFlags, temp.vWorkFrames, temp.vDetailLayers);
     m_FaceIntensity = nGoodBrightnessTarget[burst.nReference];
     Toc("==== ==== Binarize Done");
     for (int k = 0; k < burst.nExposureNum; ++k) ProbeImage("work", temp.vWorkFrames[k], k);
@@ -101,14 +101,14 @@ bool CMultiExposureHDRProcessFlowOpt::WeighExposures(const Burst& burst, FlowTem
 bool CMultiExposureHDRProcessFlowOpt::EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp)
 {
     Tic();
-    bool bDone = !bGhostMap || GhostEmbeddingIntoWeight(m_GhostMap, temp.vWorkFrames, burst.nExposureNum,
-                                                        burst.nReference, m_nTotalLevels, *this, *this, *this,
-                                                        temp.vWeights, temp.vCoefs);
+    bool bDone =
+        !bGhostMap || GhostEmbeddingIntoWeight(m_GhostMap, temp.vWorkFrames, burst.nExposureNum, burst.nReference,
+                                               m_nTotalLevels, *this, *this, *this, temp.vWeights, temp.vCoefs);
     bDone = bDone && temp.m_Level0Weights.CopyDimFrom(temp.vWeights[0]);
     if (bDone && bGhostMap && bGhostRelinearizeEnable) {
         ReLinearize(temp.vWorkFrames, temp.vWeights[0], nRatio, burst.nExposureNum, *this);
-        m_nTotalLevels = RebuildWeight(temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this, *this,
-                                       temp.vWeights);
+        m_nTotalLevels =
+            RebuildWeight(temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this, *this, temp.vWeights);
         bDone = m_nTotalLevels > 0;
     }
     Toc("==== ==== GhostEmbeddingIntoWeight Done");

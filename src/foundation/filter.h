@@ -32,9 +32,9 @@ public:
     virtual bool LoadParameterFile(const char* pPath);
     virtual bool SaveParameterFile(const char* pPath) const;
 
-    // Buffer form, from a zero-terminated text: a section may be shorter than the list and ends at a blank line; a value
-    // out of range or an unknown name refuses the whole load. *pConsumed, if not null, receives the characters taken.
-    // UpdateParameter is not called.
+    // Buffer form, from a zero-terminated text: a section may be shorter than the list and ends at a blank line; a
+    // value out of range or an unknown name refuses the whole load. *pConsumed, if not null, receives the characters
+    // taken. UpdateParameter is not called.
     virtual bool LoadParameterBuffer(const char* pText, int* pConsumed);
 
     const char* Name() const { return m_szName; }

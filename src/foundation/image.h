@@ -44,8 +44,8 @@ private:
 struct CShortImage {
     int32_t nWidth, nHeight, nDim;
     int16_t* pData;
-    uint32_t nCapacity;             // bytes held by pData
-    int32_t nRangeMax, nRangeMin;   // carried from input to output, not part of any arithmetic
+    uint32_t nCapacity;            // bytes held by pData
+    int32_t nRangeMax, nRangeMin;  // carried from input to output, not part of any arithmetic
 
     bool AllocateDim(int w, int h, int nChannels);
     bool CopyDimFrom(const CShortImage& src);

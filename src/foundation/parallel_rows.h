@@ -11,7 +11,10 @@ struct RowBlock {
 
 // The largest team that ParallelRows or ParallelItems called from here can have: size scratch by it, taken before the
 // call. Inside another region it is 1.
-inline int MaxTeam() { return omp_in_parallel() ? 1 : omp_get_max_threads(); }
+inline int MaxTeam()
+{
+    return omp_in_parallel() ? 1 : omp_get_max_threads();
+}
 
 // Block nIndex of nTeam contiguous blocks of nRows rows, the first (nRows mod nTeam) one row longer.
 inline RowBlock SplitRows(int nRows, int nTeam, int nIndex)
@@ -40,8 +43,8 @@ void ParallelRows(int nRows, const Fn& fn)
     }
 }
 
-// Calls fn(i) for every i of 0 .. nItems - 1, shared among the team in any order: exposures and pairs. The whole team is
-// opened even for one item, so that row loops inside fn always run as one block. fn must not throw.
+// Calls fn(i) for every i of 0 .. nItems - 1, shared among the team in any order: exposures and pairs. The whole team
+// is opened even for one item, so that row loops inside fn always run as one block. fn must not throw.
 template <class Fn>
 void ParallelItems(int nItems, const Fn& fn)
 {

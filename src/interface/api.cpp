@@ -142,4 +142,7 @@ const vkrHdrVersion* vkrHdrGetVersion(void)
     return vkr::FillVersion(pConfigVersion);
 }
 
-int32_t vkrHdrAdvancedFeature(void) { return 0; }
+int32_t vkrHdrAdvancedFeature(void)
+{
+    return 0;
+}

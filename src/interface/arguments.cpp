@@ -10,7 +10,10 @@ namespace {
 constexpr int32_t kMinSide = 2;
 constexpr int32_t kMaxSide = 16384;
 
-bool IsSide(int32_t n) { return n >= kMinSide && n <= kMaxSide && n % 2 == 0; }
+bool IsSide(int32_t n)
+{
+    return n >= kMinSide && n <= kMaxSide && n % 2 == 0;
+}
 
 bool CheckSlot(const CYuvImage* vSlots, int k)
 {

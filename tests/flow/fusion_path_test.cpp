@@ -97,7 +97,8 @@ TEST(FusionPath, OneFrameIsTheReferenceWithItsLocalCurve)
     const auto vPlain = Fuse(*pEngine, 1, 0);
     ASSERT_EQ(vSource.size(), vPlain.size());
     for (size_t i = 0; i < 64u * 48; ++i) {  // two colour conversions; tinted highlights lose what the clip takes
-        if (vSource[i] < 220) ASSERT_NEAR(vSource[i], vPlain[i], 3) << i;
+        if (vSource[i] >= 220) continue;
+        ASSERT_NEAR(vSource[i], vPlain[i], 3) << i;
     }
     pEngine->bContrastEnable = 1;
     EXPECT_NE(vPlain, Fuse(*pEngine, 1, 0));
@@ -109,12 +110,11 @@ TEST(FusionPath, StagesReportInTheirOrder)
     LinesScope lines;
     Fuse(*EngineWithBurst(64, 48, 3), 3, 1);
     size_t nAt = 0;
-    for (const char* pLine :
-         {"==== ==== AlignImages Done", "==================index ", "==== ==== Binarize Done",
-          "==== ==== GenerateSatuMask Done", "====AI1", "==== ==== DetectGhost Done", "==== ==== BuildWeight Done",
-          "==== ==== GhostEmbeddingIntoWeight Done", "PyramidLevel=", "==== ==== PyramidFusion Done", "InMean=",
-          "Apply Local Curves!", "==== ==== BGR2YCbCr", "==== ==== UpScaleImage AddEdge Done",
-          "====@@@@@ HDR  Process Done"}) {
+    for (const char* pLine : {"==== ==== AlignImages Done", "==================index ", "==== ==== Binarize Done",
+                              "==== ==== GenerateSatuMask Done", "====AI1", "==== ==== DetectGhost Done",
+                              "==== ==== BuildWeight Done", "==== ==== GhostEmbeddingIntoWeight Done", "PyramidLevel=",
+                              "==== ==== PyramidFusion Done", "InMean=", "Apply Local Curves!", "==== ==== BGR2YCbCr",
+                              "==== ==== UpScaleImage AddEdge Done", "====@@@@@ HDR  Process Done"}) {
         const size_t nFound = lines.Text().find(pLine, nAt);
         EXPECT_NE(std::string::npos, nFound) << pLine;
         if (nFound != std::string::npos) nAt = nFound;

@@ -12,7 +12,8 @@
 #include "support/quiet_lines.h"
 
 // One hash per stage of a few small bursts, on one thread, so that a difference names the stage that moved. After a
-// change that is meant: VKRHDR_WRITE_GOLDEN=1 flow_tests --gtest_filter='Golden.*', in a commit of its own that says why.
+// change that is meant: VKRHDR_WRITE_GOLDEN=1 flow_tests --gtest_filter='Golden.*', in a commit of its own that says
+// why.
 
 namespace vkr {
 namespace {
@@ -21,7 +22,10 @@ const char* const kGoldenFile = VKRHDR_GOLDEN_FILE;
 
 class StageHashes {
 public:
-    StageHashes() : m_probe{OnImage<CImage>, OnImage<CShortImage>, OnImage<CYuvImage>, this} { SetStageProbe(&m_probe); }
+    StageHashes() : m_probe{OnImage<CImage>, OnImage<CShortImage>, OnImage<CYuvImage>, this}
+    {
+        SetStageProbe(&m_probe);
+    }
     ~StageHashes() { SetStageProbe(nullptr); }
     StageHashes(const StageHashes&) = delete;
     StageHashes& operator=(const StageHashes&) = delete;

@@ -80,8 +80,8 @@ TEST(ParameterText, HoldsEverySectionInTheOrderOfConstruction)
           "nGoodBrightnessTarget_2=80;\trange=[0,255]\n", "nMinLowLevel=-32;\trange=[-255,255]\n",
           "bUpScaleOtherDither=0;\trange=[0,1]\n\nCMultipleImagesAlignFilter\nbDumpDebug=1;", "nRANSACPsThre_1=95;",
           "\n\nCFeaturePointDetection\nnPtThre1=2;", "\n\nCHomographMappingFilter\nbBicubicEnable=1;",
-          "\n\nCGhostProcessFilter\nbDumpDebug=0;", "nGhostThre_0_0=32;\trange=[0,255]\nnGhostThre_0_1=64;", "nGhostThre_7_2=96;",
-          "\n\nCLocalAutoCurveFilter\nbDumpDebugFile=1;"}) {
+          "\n\nCGhostProcessFilter\nbDumpDebug=0;", "nGhostThre_0_0=32;\trange=[0,255]\nnGhostThre_0_1=64;",
+          "nGhostThre_7_2=96;", "\n\nCLocalAutoCurveFilter\nbDumpDebugFile=1;"}) {
         const size_t nFound = sText.find(pLine, nAt);
         ASSERT_NE(std::string::npos, nFound) << pLine;
         nAt = nFound;

@@ -15,7 +15,10 @@
 namespace vkr {
 namespace {
 
-vkrHdrInitParam InitParam(const char* pPath) { return {pPath, nullptr, 0}; }
+vkrHdrInitParam InitParam(const char* pPath)
+{
+    return {pPath, nullptr, 0};
+}
 
 // An engine on default parameters without debug pictures, for each test.
 class ApiTest : public testing::Test {
@@ -180,7 +183,8 @@ TEST_F(ApiTest, OneFrameComesBackAtFullSize)
     for (const int nSide : {2, 4, 6, 50}) Fuse(nSide, nSide, 1, 0);
 }
 
-// Nothing of a burst may run outside its pictures, whatever its even size and its number of frames: the sanitizers watch.
+// Nothing of a burst may run outside its pictures, whatever its even size and its number of frames: the sanitizers
+// watch.
 TEST_F(ApiTest, EverySmallSizeRunsToTheEnd)
 {
     for (int h = 2; h <= 40; h += 2) {

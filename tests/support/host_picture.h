@@ -29,7 +29,8 @@ public:
     std::vector<uint8_t> Pixels()
     {
         std::vector<uint8_t> vPixels;
-        for (int y = 0; y < m_frame.nHeight; ++y) vPixels.insert(vPixels.end(), &Luma(0, y), &Luma(0, y) + m_frame.nWidth);
+        for (int y = 0; y < m_frame.nHeight; ++y)
+            vPixels.insert(vPixels.end(), &Luma(0, y), &Luma(0, y) + m_frame.nWidth);
         for (int y = 0; y < m_frame.nHeight / 2; ++y) {
             vPixels.insert(vPixels.end(), &Chroma(0, y), &Chroma(0, y) + m_frame.nWidth);
         }

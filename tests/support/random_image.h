@@ -37,7 +37,8 @@ void FillRandom(std::mt19937& rng, Record& image, int w, int h, int nDim, int lo
 {
     std::uniform_int_distribution<int> pick(lo, hi);
     if (!image.AllocateDim(w, h, nDim)) std::abort();
-    for (size_t i = 0; i < image.Samples(); ++i) image.pData[i] = static_cast<std::remove_reference_t<decltype(image.pData[0])>>(pick(rng));
+    for (size_t i = 0; i < image.Samples(); ++i)
+        image.pData[i] = static_cast<std::remove_reference_t<decltype(image.pData[0])>>(pick(rng));
 }
 
 // Sizes image and fills it with one value.
@@ -45,7 +46,8 @@ template <class Record>
 void FillConstant(Record& image, int w, int h, int nDim, int nValue)
 {
     if (!image.AllocateDim(w, h, nDim)) std::abort();
-    for (size_t i = 0; i < image.Samples(); ++i) image.pData[i] = static_cast<std::remove_reference_t<decltype(image.pData[0])>>(nValue);
+    for (size_t i = 0; i < image.Samples(); ++i)
+        image.pData[i] = static_cast<std::remove_reference_t<decltype(image.pData[0])>>(nValue);
 }
 
 // The samples of a picture, for EXPECT_EQ.
@@ -59,7 +61,8 @@ inline std::vector<int16_t> Samples(const CShortImage& image)
 }
 inline std::vector<uint8_t> Samples(const CYuvImage& image)
 {
-    return std::vector<uint8_t>(image.pBuffer, image.pBuffer + static_cast<size_t>(image.nWidth) * image.nHeight / 2 * 3);
+    return std::vector<uint8_t>(image.pBuffer,
+                                image.pBuffer + static_cast<size_t>(image.nWidth) * image.nHeight / 2 * 3);
 }
 
 // A row or plane of a caller-chosen length with known bytes before and behind it, to see that nothing else is written.

@@ -21,10 +21,9 @@ private:
     }
 };
 
-#define INSTANTIATE_ON_ALL_TARGETS(Suite)                                                                  \
-    INSTANTIATE_TEST_SUITE_P(Targets, Suite, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()),                      \
-                             [](const testing::TestParamInfo<int64_t>& set) {                              \
-                                 return std::string(hwy::TargetName(set.param));                           \
-                             })
+#define INSTANTIATE_ON_ALL_TARGETS(Suite)                                       \
+    INSTANTIATE_TEST_SUITE_P(                                                   \
+        Targets, Suite, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()), \
+        [](const testing::TestParamInfo<int64_t>& set) { return std::string(hwy::TargetName(set.param)); })
 
 }  // namespace vkr
