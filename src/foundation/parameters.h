@@ -35,10 +35,10 @@ ParamEntry* FindParameter(ParamList& list, const char* pName);
 //
 //    PARAM(nDominateWTh, 0, 255, 80);
 //    PARAM_ARRAY(nFaceHighThres, 0, 255, 220, 200, 200);
-#define PARAM(member, nMin, nMax, nDefault)                          \
-    do {                                                             \
-        ::vkr::AddParameter(m_Params, #member, &member, nMin, nMax); \
-        member = nDefault;                                           \
+#define PARAM(member, nMin, nMax, nDefault)                            \
+    do {                                                               \
+        ::vkr::AddParameter(m_Params, #member, &(member), nMin, nMax); \
+        (member) = (nDefault);                                         \
     } while (false)
 #define PARAM_ARRAY(member, nMin, nMax, ...)                                                             \
     do {                                                                                                 \
