@@ -44,26 +44,26 @@ extern "C" {
 
 /* Passed to vkrHdrInit by value. */
 typedef struct {
-    const char *pParamFilePath; /* parameter file in text form; `vkrhdr params` prints one with every default */
-    void *pReserved;            /* never read */
+    const char* pParamFilePath; /* parameter file in text form; `vkrhdr params` prints one with every default */
+    void* pReserved;            /* never read */
     int32_t nMode;              /* must be 0 */
 } vkrHdrInitParam;
 
 /* One picture of the host, in or out. */
 typedef struct {
-    int32_t nFormat;     /* 0 or 1, treated alike; the chroma order is the parameter bUVOrder */
-    int32_t nWidth;      /* pixels, even, 2 .. 16384 */
-    int32_t nHeight;     /* pixels, even, 2 .. 16384 */
-    uint8_t *pPlane[4];  /* [0] luma, [1] interleaved chroma; the others are never read */
-    int32_t nPitch[2];   /* bytes from row to row of luma and of chroma, each at least nWidth */
+    int32_t nFormat;    /* 0 or 1, treated alike; the chroma order is the parameter bUVOrder */
+    int32_t nWidth;     /* pixels, even, 2 .. 16384 */
+    int32_t nHeight;    /* pixels, even, 2 .. 16384 */
+    uint8_t* pPlane[4]; /* [0] luma, [1] interleaved chroma; the others are never read */
+    int32_t nPitch[2];  /* bytes from row to row of luma and of chroma, each at least nWidth */
 } vkrHdrFrame;
 
 /* What vkrHdrGetVersion returns; owned by the library. */
 typedef struct {
     int32_t nVersion[4];        /* the four numbers of pVersion */
-    const char *pVersion;       /* "a.b.c.d" */
-    const char *pBuildStamp;    /* date and time of the build */
-    const char *pConfigVersion; /* version of the loaded parameters; null while there is no engine */
+    const char* pVersion;       /* "a.b.c.d" */
+    const char* pBuildStamp;    /* date and time of the build */
+    const char* pConfigVersion; /* version of the loaded parameters; null while there is no engine */
 } vkrHdrVersion;
 
 /* A face found by the host, in frame pixels. */
@@ -90,7 +90,7 @@ VKR_HDR_API int32_t vkrHdrInit(vkrHdrInitParam param);
  * all of one size; slots keep their frames, so an unchanged one needs no second call.
  *   -1   no engine, an index above 7, a null frame or plane, nFormat above 1, a bad size or pitch, no memory
  */
-VKR_HDR_API int32_t vkrHdrAddFrame(uint32_t nIndex, const vkrHdrFrame *pFrame);
+VKR_HDR_API int32_t vkrHdrAddFrame(uint32_t nIndex, const vkrHdrFrame* pFrame);
 
 /*
  * Fuses the frames of slots 0 .. nExposureNum - 1 and writes the result into pOut, which has their size.
@@ -104,13 +104,13 @@ VKR_HDR_API int32_t vkrHdrAddFrame(uint32_t nIndex, const vkrHdrFrame *pFrame);
  *        fused (a few pixels); pOut is untouched then
  */
 VKR_HDR_API int32_t vkrHdrRender(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientation,
-                                 int32_t nFaceSource, const vSystemFaces *pFaces, vkrHdrFrame *pOut);
+                                 int32_t nFaceSource, const vSystemFaces* pFaces, vkrHdrFrame* pOut);
 
 /* Ends the engine and gives all memory back. Always 0, also without an engine. */
 VKR_HDR_API int32_t vkrHdrUninit(void);
 
 /* Version of the library, at any time. Never null; the same record at every call. */
-VKR_HDR_API const vkrHdrVersion *vkrHdrGetVersion(void);
+VKR_HDR_API const vkrHdrVersion* vkrHdrGetVersion(void);
 
 /* Reserved. Does nothing and returns 0. */
 VKR_HDR_API int32_t vkrHdrAdvancedFeature(void);

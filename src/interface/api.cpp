@@ -43,7 +43,8 @@ bool RenderLocked(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOri
     Tic();
     const HostFaces faces{vFaces.data(), static_cast<int>(vFaces.size())};
     if (!pEngine->ProcessImage(nExposureNum, nReferenceExposure, faces, nOrientation, nFaceSource, picture)) {
-        Report("vkrHdrRender F: no memory, or a picture too small to be fused (%dx%d)\n", pOut->nWidth, pOut->nHeight);
+        HdrLog("vkrHdrRender F");
+        HdrPrintf("vkrHdrRender: no memory, or a picture too small to be fused (%dx%d)\n", pOut->nWidth, pOut->nHeight);
         return false;
     }
     Toc("HDR Process Time");

@@ -5,7 +5,7 @@
 int main(void)
 {
     vkrHdrInitParam param = {0};
-    const vkrHdrVersion *version = vkrHdrGetVersion();
+    const vkrHdrVersion* version = vkrHdrGetVersion();
     param.nMode = 1;
     if (vkrHdrInit(param) != -1 || vkrHdrAdvancedFeature() != 0 || vkrHdrUninit() != 0) return 1;
     printf("%s\n", version->pVersion);
