@@ -8,7 +8,7 @@ trap 'rm -rf "$work"' EXIT
 
 cmake --install "$build" --prefix "$work/tree" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 
-cmake -S "$source/tests/interface/c_consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$work/tree" >"$work/log" 2>&1 &&
+cmake -G Ninja -S "$source/tests/interface/c_consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$work/tree" >"$work/log" 2>&1 &&
     cmake --build "$work/consumer" >>"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 [ "$("$work/consumer/consumer" | tail -n 1)" = 1.1.0.9 ]
 
