@@ -1,27 +1,205 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <cstring>
 
+#include "align/align_dump.h"
+#include "align/align_pyramid.h"
+#include "align/frame_padding.h"
 #include "align/multiple_images_align_filter.h"
+#include "align/ransac.h"
+#include "align/valid_mask.h"
+#include "foundation/image_scope.h"
+#include "foundation/log.h"
+#include "foundation/timing.h"
 
 namespace vkr {
+
+namespace {
+
+bool FillMask(CImage& mask, int w, int h)
+{
+    if (!mask.AllocateGray(w, h)) return false;
+    std::memset(mask.pData, 255, mask.Samples());
+    return true;
+}
+
+// w + (w mod 2^L): halving is even on the first levels, not on all of them.
+int PaddedSide(int nSide, int nTopLevel)
+{
+    return nSide + (nSide & ((1 << nTopLevel) - 1));
+}
+
+bool ResizeFrames(CYuvImage* vFrames, int nExposureNum, int w, int h, bool (*pResize)(CYuvImage&, int, int))
+{
+    for (int k = 0; k < nExposureNum; ++k) {
+        if ((vFrames[k].nWidth != w || vFrames[k].nHeight != h) && !pResize(vFrames[k], w, h)) return false;
+    }
+    return true;
+}
+
+CMatrix Translation(double x, double y)
+{
+    CMatrix matrix = IdentityHomography();
+    matrix.At(0, 2) = x;
+    matrix.At(1, 2) = y;
+    return matrix;
+}
+
+CMatrix Product(const CMatrix& a, const CMatrix& b)
+{
+    CMatrix product;
+    CMatrix::Multiply(product, a, b);
+    return product;
+}
+
+// From points with the origin at the picture's centre to pixels.
+CMatrix ToPixels(const CMatrix& centred, int w, int h)
+{
+    return Product(Product(Translation(w * 0.5, h * 0.5), centred), Translation(-w * 0.5, -h * 0.5));
+}
+
+// The same homography for pictures of half the size.
+CMatrix ForHalfSize(const CMatrix& homography)
+{
+    CMatrix half = homography;
+    half.At(0, 2) *= 0.5;
+    half.At(1, 2) *= 0.5;
+    half.At(2, 0) *= 2.0;
+    half.At(2, 1) *= 2.0;
+    return half;
+}
+
+bool IsUsable(const CMatrix& homography)
+{
+    for (int i = 0; i < 9; ++i) {
+        if (!std::isfinite(homography.At(i / 3, i % 3))) return false;
+    }
+    return homography.At(2, 2) != 0.0;
+}
+
+bool IsIdentity(const CMatrix& homography)
+{
+    for (int i = 0; i < 9; ++i) {
+        if (homography.At(i / 3, i % 3) != (i % 4 == 0 ? 1.0 : 0.0)) return false;
+    }
+    return true;
+}
+
+}  // namespace
 
 bool FillAlignMasks(const CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks)
 {
     for (int k = 0; k < nExposureNum; ++k) {
         const int w = vFrames[k].nWidth, h = vFrames[k].nHeight;
         const bool bFull = k == nReference;
-        if (!vAlignMasks[k].AllocateGray(bFull ? w : (w + 1) / 2, bFull ? h : (h + 1) / 2)) return false;
-        std::memset(vAlignMasks[k].pData, 255, vAlignMasks[k].Samples());
+        if (!FillMask(vAlignMasks[k], bFull ? w : (w + 1) / 2, bFull ? h : (h + 1) / 2)) return false;
     }
     return true;
 }
 
-// The frames are taken as they lie.
 bool CMultipleImagesAlignFilterOpt::AlignImages(CYuvImage* vFrames, int nExposureNum, int nReference,
-                                                CImage* vAlignMasks, ValidRange& range)
+                                                CImage* vAlignMasks, ValidRange& range, const AlignDumps& dumps)
 {
     range.m_nFirstValid = 0;
     range.m_nLastValid = nExposureNum;
-    return FillAlignMasks(vFrames, nExposureNum, nReference, vAlignMasks);
+    const int w = vFrames[0].nWidth, h = vFrames[0].nHeight;
+    const int wPadded = PaddedSide(w, nFeatureMatchLevel), hPadded = PaddedSide(h, nFeatureMatchLevel);
+    const bool bDump = bDumpDebug && dumps.bEnable;
+    if (!ResizeFrames(vFrames, nExposureNum, wPadded, hPadded, &PadFrame)) return false;
+    HdrPrintf("Global Alignement Start\n!!!");
+    SeedAlignRandom();
+
+    AlignPyramids pyramids;
+    const AlignPyramidParams params{nFeatureMatchLevel, std::min(nHistogramMatchingLevel, nFeatureMatchLevel),
+                                    bAlignPyramidDither != 0, bAlignPyramidFilter != 0};
+    if (!pyramids.Build(vFrames, nExposureNum, params)) return false;
+    for (int i = 0; bDump && i < nExposureNum; ++i) DumpPyramid(pyramids, i);
+    if (!MatchPairs(pyramids, nReference, range, bDump)) return false;
+    pyramids.Release();
+
+    CMatrix vToReference[kMaxExposures];
+    ComposeHomographies(nExposureNum, nReference, vToReference);
+    if (!WarpFrames(vFrames, nExposureNum, nReference, vToReference, vAlignMasks, dumps)) return false;
+    if (!ResizeFrames(vFrames, nExposureNum, w, h, &CropFrame)) return false;
+    if (bDump) DumpAligned(vFrames[nReference], vAlignMasks[nReference], nReference, dumps.bUVOrder);
+    HdrPrintf("Global Alignement Done\n!!!");
+    return true;
+}
+
+// One pair after the other: each maps its first picture in place, and the random numbers are one sequence.
+bool CMultipleImagesAlignFilterOpt::MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, bool bDump)
+{
+    for (int j = 0; j + 1 < pyramids.ExposureNum(); ++j) {
+        pyramids.MapHistogram(j);
+        if (bDump) DumpMappedPyramid(pyramids, j);
+        std::snprintf(m_szPairTag, sizeof(m_szPairTag), "_Exp%d_%d", j, j + 1);
+        AlignedPair report{};
+        report.nFirst = j;
+        report.nSecond = j + 1;
+        Tic();
+        m_H[j] = IdentityHomography();
+        report.bAligned = PyramidFeatureMatch(pyramids.Levels(j), pyramids.Levels(j + 1), m_H[j], bDump, report);
+        Toc("==== ==== ==== PyramidFeatureMatch Done");
+        if (m_H[j].Rows() != 3) return false;
+        for (int i = 0; i < 9; ++i) report.vHomography[i] = m_H[j].At(i / 3, i % 3);
+        ProbePair(report);
+        if (report.bAligned) continue;
+        HdrPrintf("Pyramid Match %d with %d fail\n", j, j + 1);
+        if (!bDropAlignFail) continue;
+        if (nReference <= j) {
+            range.m_nLastValid = std::min(range.m_nLastValid, j + 1);
+        } else {
+            range.m_nFirstValid = std::max(range.m_nFirstValid, j + 1);
+        }
+    }
+    return true;
+}
+
+// The links from every exposure to the reference, one after the other.
+void CMultipleImagesAlignFilterOpt::ComposeHomographies(int nExposureNum, int nReference, CMatrix* vToReference) const
+{
+    vToReference[nReference] = IdentityHomography();
+    for (int k = nReference - 1; k >= 0; --k) {
+        CMatrix inverse = m_H[k];
+        inverse.Invert();
+        vToReference[k] = Product(vToReference[k + 1], inverse);
+    }
+    for (int k = nReference; k + 1 < nExposureNum; ++k) vToReference[k + 1] = Product(vToReference[k], m_H[k]);
+    for (int k = 0; k < nExposureNum; ++k) {
+        if (vToReference[k].Rows() == 3 && IsUsable(vToReference[k])) {
+            vToReference[k].DivideByScalar(vToReference[k].At(2, 2));
+        } else {
+            vToReference[k] = IdentityHomography();
+        }
+        HdrPrintf("sH[%d]=\n", k);
+    }
+}
+
+bool CMultipleImagesAlignFilterOpt::WarpFrames(CYuvImage* vFrames, int nExposureNum, int nReference,
+                                               const CMatrix* vToReference, CImage* vAlignMasks,
+                                               const AlignDumps& dumps)
+{
+    const int w = vFrames[0].nWidth, h = vFrames[0].nHeight;
+    CYuvImage warped{};
+    ImageScope scope(warped);
+    if (!FillMask(vAlignMasks[nReference], w, h)) return false;
+    for (int k = 0; k < nExposureNum; ++k) {
+        if (k == nReference) continue;
+        CMatrix toPixel = ToPixels(vToReference[k], w, h);
+        if (toPixel.Rows() != 3) return false;
+        if (!CutValidRegion((w + 1) / 2, (h + 1) / 2, ForHalfSize(toPixel), vAlignMasks[k], vAlignMasks[nReference])) {
+            return false;
+        }
+        if (toPixel.Invert() != CMatrix::kNoError) toPixel.Identity();
+        Tic();
+        const bool bDone = IsIdentity(toPixel) || m_HomographMappingFilter.ProcessImage(vFrames[k], warped, toPixel);
+        Toc("==== ==== ==== m_HomographMappingFilter.ProcessImage Done");
+        if (!bDone) return false;
+        if (!IsIdentity(toPixel)) vFrames[k].Swap(warped);
+        if (bDumpDebug && dumps.bEnable) DumpAligned(vFrames[k], vAlignMasks[k], k, dumps.bUVOrder);
+    }
+    return true;
 }
 
 }  // namespace vkr

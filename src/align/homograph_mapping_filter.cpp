@@ -1,6 +1,20 @@
 #include "align/homograph_mapping_filter.h"
 
+#include "align/homograph_grid.h"
+#include "align/warp_rows.h"
+#include "foundation/image_scope.h"
+#include "foundation/parallel_rows.h"
+
 namespace vkr {
+
+namespace {
+
+int WholeCells(int nSize)
+{
+    return (nSize + kWarpCell - 1) / kWarpCell * kWarpCell;
+}
+
+}  // namespace
 
 void CHomographMappingFilter::SetFilterName()
 {
@@ -17,5 +31,23 @@ void CHomographMappingFilter::RegisterParameters()
     PARAM(mPatchSize,          0, 128,   8);     // kept with the parameters
 }
 // clang-format on
+
+// Sizes that are no whole cells are taken as padded to them; the row kernels read the padding where there is none and
+// leave out what would be cut off again. Rows of cells are shared as they come, since those that mirror take longer.
+bool CHomographMappingFilter::ProcessImage(const CYuvImage& src, CYuvImage& dst, const CMatrix& homography)
+{
+    nHomoGraphyOption = 1;
+    if (src.Empty() || !dst.Allocate(src.nWidth, src.nHeight)) return false;
+    HomographGrid grid{};
+    ImageScope scope(grid);
+    if (!BuildGrid(grid, WholeCells(src.nWidth), WholeCells(src.nHeight), homography, kWarpCell)) return false;
+    const WarpPlane luma{src.pY, src.nWidth, src.nHeight, 1};
+    const WarpPlane chroma{src.pUV, src.nWidth / 2, src.nHeight / 2, 2};
+    ParallelItems(grid.nRows - 1, [&](int j) {
+        WarpCellRow(luma, grid.Row(j), j, dst.pY);
+        WarpCellRow(chroma, grid.Row(j), j, dst.pUV);
+    });
+    return true;
+}
 
 }  // namespace vkr

@@ -2,19 +2,29 @@
 
 #include <cstdint>
 
+#include "align/matrix.h"
 #include "foundation/filter.h"
+#include "foundation/image.h"
 
 namespace vkr {
 
-// Warps a frame through a homography.
+// Warps a frame through a homography. The homography is evaluated on a grid of 16-pixel cells only; every cell moves as
+// a translation and a run of 8 luma samples shares one fractional position.
 class CHomographMappingFilter : public CFilter {
 public:
     void SetFilterName() override;
     void RegisterParameters() override;
 
-    int32_t bBicubicEnable = 0;   // kept with the parameters; the warp is bilinear
-    int32_t nBoundaryOption = 0;  // kept with the parameters; the warp mirrors at the border
-    int32_t nHomoGraphyOption = 0;
+    // dst receives src warped, at src's size (even); homography takes destination pixels to source pixels. Bilinear in
+    // float, truncated to 8 bits; positions outside are mirrored once at each border and then clamped, a position that
+    // is not finite is sample 0. Sizes that are no multiple of 16 are warped as if padded to the next one (the last
+    // column and row repeated, the borders are those of the padding). src and dst are two frames. Same bytes from any
+    // number of threads. False when there was no memory, src is empty or homography is not 3 x 3.
+    bool ProcessImage(const CYuvImage& src, CYuvImage& dst, const CMatrix& homography);
+
+    int32_t bBicubicEnable = 0;     // kept with the parameters; the warp is bilinear
+    int32_t nBoundaryOption = 0;    // kept with the parameters; the warp mirrors at the border
+    int32_t nHomoGraphyOption = 0;  // 1 from the first frame on
     int32_t mPatchSize = 0;
 };
 

@@ -4,10 +4,16 @@
 
 #include "align/feature_point_detection.h"
 #include "align/homograph_mapping_filter.h"
+#include "align/match_list.h"
+#include "align/matrix.h"
 #include "foundation/filter.h"
+#include "foundation/fixed_point.h"
 #include "foundation/image.h"
+#include "foundation/stage_probe.h"
 
 namespace vkr {
+
+class AlignPyramids;
 
 // What alignment decides for the rest of the burst: the usable exposures, m_nLastValid exclusive.
 struct ValidRange {
@@ -44,6 +50,12 @@ private:
     CHomographMappingFilter m_HomographMapping;  // in the parameter text only
 };
 
+// Whether the pictures and texts of bDumpDebug may be written at all, and the chroma order of the frames in them.
+struct AlignDumps {
+    int32_t bEnable = 0;
+    int32_t bUVOrder = 0;
+};
+
 // The one that runs. Its own detector and warp are made after the list of sub-filters stands: the parameter file does
 // not reach them and they keep their defaults.
 class CMultipleImagesAlignFilterOpt : public CMultipleImagesAlignFilter {
@@ -51,13 +63,32 @@ public:
     CMultipleImagesAlignFilterOpt();
 
     // Brings the exposures onto exposure nReference, in place, and writes one mask per exposure (kMaxExposures records,
-    // 255 where the frame covers the picture: of the frame's size for the reference, of half that for the others).
-    // range comes as 0 .. nExposureNum and is narrowed where frames can not be used. False when there was no memory.
-    bool AlignImages(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range);
+    // 255 where the frame covers the picture: of the frame's size, padded to what the pyramid asks for, for the
+    // reference; of half that for the others). A pair of neighbours that can not be matched keeps its places; with
+    // bDropAlignFail it also narrows range, which comes as 0 .. nExposureNum. Same bytes from any number of threads, as
+    // long as no exposure has more than kMaxFeatures corners. False when there was no memory; the frames are then
+    // whole, though not all of them warped.
+    bool AlignImages(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range,
+                     const AlignDumps& dumps = {});
+
+    // Of the last run: takes points of exposure j + 1 to points of exposure j, the origin at the picture's centre.
+    const CMatrix& PairHomography(int j) const { return m_H[j]; }
 
 private:
+    bool MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, bool bDump);
+    bool PyramidFeatureMatch(const CImage* pFirst, const CImage* pSecond, CMatrix& homography, bool bDump,
+                             AlignedPair& report);
+    bool DetectFeatures(const CImage* pLevels, FeaturePoint* pFeatures, int& nCount, int nWhich, bool bDump) const;
+    bool EstimateHomography(const CImage& first, const CImage& second, const MatchList& matches, CMatrix& homography,
+                            AlignedPair& report);
+    void ComposeHomographies(int nExposureNum, int nReference, CMatrix* vToReference) const;
+    bool WarpFrames(CYuvImage* vFrames, int nExposureNum, int nReference, const CMatrix* vToReference,
+                    CImage* vAlignMasks, const AlignDumps& dumps);
+
     CFeaturePointDetectionOpt m_FeatureDetectionOpt;
     CHomographMappingFilter m_HomographMappingFilter;
+    CMatrix m_H[kMaxExposures];
+    char m_szPairTag[32] = {};  // "_Exp0_1": names the dumps of the pair under way
 };
 
 // Masks of a burst that is taken as it lies: 255 everywhere, sizes as above. False when there was no memory.

@@ -62,10 +62,10 @@ bool CMultiExposureHDRProcessFlowOpt::AlignBurst(const Burst& burst, FlowTempora
     m_nFirstValid = 0;
     m_nLastValid = burst.nExposureNum;
     Tic();
-    const bool bDone =
-        nGlobalAlignEnable
-            ? m_AlignFilter.AlignImages(burst.vFrames, burst.nExposureNum, burst.nReference, temp.vAlignMasks, *this)
-            : FillAlignMasks(burst.vFrames, burst.nExposureNum, burst.nReference, temp.vAlignMasks);
+    const bool bDone = nGlobalAlignEnable
+                           ? m_AlignFilter.AlignImages(burst.vFrames, burst.nExposureNum, burst.nReference,
+                                                       temp.vAlignMasks, *this, {bDebugDumpEnable, bUVOrder})
+                           : FillAlignMasks(burst.vFrames, burst.nExposureNum, burst.nReference, temp.vAlignMasks);
     Toc("==== ==== AlignImages Done");
     for (int k = 0; k < burst.nExposureNum; ++k) {
         ProbeImage("aligned", burst.vFrames[k], k);

@@ -30,6 +30,7 @@ TEST(ParameterRanges, EveryParameterAtItsBoundsRuns)
         for (const int nExposureNum : {1, 2, 3, 4}) {
             auto pEngine = EngineWithBurst(54, 42, nExposureNum);
             ForParameters(*pEngine, [&](ParamEntry& entry) { *entry.pValue = bHigh ? entry.nMax : entry.nMin; });
+            pEngine->m_AlignFilter.bDropAlignFail = 0;  // else the reference is left alone and needs no pyramid
             const bool bFits = !bHigh || nExposureNum == 1;  // a top level of 1024 pixels leaves nothing to fuse
             EXPECT_EQ(bFits, !Fuse(*pEngine, nExposureNum, 0).empty()) << bHigh << ", " << nExposureNum << " frames";
         }
@@ -59,7 +60,9 @@ TEST(ParameterRanges, RandomSettingsRunOnRandomPictures)
         const auto vPixels = Fuse(*pEngine, nExposureNum, static_cast<int>(rng() % nExposureNum));
         const int nTop = 1 << pEngine->nTopLevel;
         const bool bFits = nExposureNum == 1 || (w / 2 > nTop && h / 2 > nTop);
-        EXPECT_EQ(bFits ? static_cast<size_t>(w * h * 3 / 2) : 0u, vPixels.size());
+        const bool bMayBeAlone = pEngine->m_AlignFilter.bDropAlignFail != 0;
+        if (!bFits && bMayBeAlone && vPixels.empty()) continue;
+        EXPECT_EQ(bFits || bMayBeAlone ? static_cast<size_t>(w * h * 3 / 2) : 0u, vPixels.size());
     }
 }
 

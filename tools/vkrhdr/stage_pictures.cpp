@@ -119,7 +119,7 @@ StagePictures::StagePictures(const std::string& sFolder, bool bCrFirst)
     g_state.vSeen.clear();
     g_state.bCrFirst = bCrFirst;
     g_state.nCount = 0;
-    g_probe = {&OnImage, &OnShortImage, &OnYuvImage, nullptr};
+    g_probe = {&OnImage, &OnShortImage, &OnYuvImage, nullptr, nullptr};
     SetStageProbe(&g_probe);
 }
 
