@@ -28,6 +28,11 @@ void DropS16(const int32_t* HWY_RESTRICT pSums, int16_t* HWY_RESTRICT pDst, int 
     }
 }
 
+void FloorS16(const int32_t* HWY_RESTRICT pSums, int16_t* HWY_RESTRICT pDst, int nCount, int nShift, int nRound)
+{
+    for (int i = 0; i < nCount; ++i) pDst[i] = static_cast<int16_t>((pSums[i] + nRound) >> nShift);
+}
+
 // Byte numbers for TableLookupBytes: a shift of 16 samples up by n, zeros moving in, and the last nDim samples of 16
 // repeated from the bottom, so that every sample of the next 16 meets the last one of its channel.
 struct CarryTables {
@@ -109,31 +114,54 @@ void CarryFrom(int nBegin, const uint16_t* pSums, uint8_t* pDst, int nCount, int
     }
 }
 
-// The sample of a signed sum; nCarry goes in and comes out. What stays has the sign of the sum.
-inline int16_t CarrySigned(int32_t nSum, int nShift, int32_t& nCarry)
-{
-    const int32_t nTotal = nSum + nCarry;
-    const int32_t nQuotient = (nTotal + ((nTotal >> 31) & ((1 << nShift) - 1))) >> nShift;
-    nCarry = nTotal - nQuotient * (1 << nShift);
-    return static_cast<int16_t>(nQuotient);
-}
+// The sample of a total of sum and remainder; nCarry takes the new remainder, which has the sign of the total.
+struct TowardZero {
+    static int16_t Take(int32_t nTotal, int nShift, int32_t& nCarry)
+    {
+        const int32_t nQuotient = (nTotal + ((nTotal >> 31) & ((1 << nShift) - 1))) >> nShift;
+        nCarry = nTotal - nQuotient * (1 << nShift);
+        return static_cast<int16_t>(nQuotient);
+    }
+};
+
+// The same with a remainder of 0 .. (1 << nShift) - 1.
+struct TowardFloor {
+    static int16_t Take(int32_t nTotal, int nShift, int32_t& nCarry)
+    {
+        nCarry = nTotal & ((1 << nShift) - 1);
+        return static_cast<int16_t>(nTotal >> nShift);
+    }
+};
 
 // kDim channels, their remainders in registers.
-template <int kDim>
+template <class Rounding, int kDim>
 void CarryDims(const int32_t* pSums, int16_t* pDst, int nCount, int nShift, int32_t* pCarry)
 {
     int32_t vCarry[kDim];
     for (int c = 0; c < kDim; ++c) vCarry[c] = pCarry[c];
     for (int i = 0; i + kDim <= nCount; i += kDim) {
-        for (int c = 0; c < kDim; ++c) pDst[i + c] = CarrySigned(pSums[i + c], nShift, vCarry[c]);
+        for (int c = 0; c < kDim; ++c) pDst[i + c] = Rounding::Take(pSums[i + c] + vCarry[c], nShift, vCarry[c]);
     }
     for (int c = 0; c < kDim; ++c) pCarry[c] = vCarry[c];
+}
+
+template <class Rounding>
+void CarrySigned(const int32_t* HWY_RESTRICT pSums, int16_t* HWY_RESTRICT pDst, int nCount, int nDim, int nShift,
+                 int32_t* HWY_RESTRICT pCarry)
+{
+    if (nDim == 1) return CarryDims<Rounding, 1>(pSums, pDst, nCount, nShift, pCarry);
+    if (nDim == 3) return CarryDims<Rounding, 3>(pSums, pDst, nCount, nShift, pCarry);
+    if (nDim == 4) return CarryDims<Rounding, 4>(pSums, pDst, nCount, nShift, pCarry);
+    for (int i = 0; i + nDim <= nCount; i += nDim) {
+        for (int c = 0; c < nDim; ++c) pDst[i + c] = Rounding::Take(pSums[i + c] + pCarry[c], nShift, pCarry[c]);
+    }
 }
 
 }  // namespace
 
 HWY_EXPORT(DropU8);
 HWY_EXPORT(DropS16);
+HWY_EXPORT(FloorS16);
 HWY_EXPORT(CarryU8);
 
 void DropRow(const uint16_t* pSums, uint8_t* pDst, int nCount, int nShift, int nRound)
@@ -160,11 +188,17 @@ void CarryRow(const uint16_t* pSums, uint8_t* pDst, int nCount, int nDim, int nS
 
 void CarryRow(const int32_t* pSums, int16_t* pDst, int nCount, int nDim, int nShift, int32_t* pCarry)
 {
-    if (nDim == 1) return CarryDims<1>(pSums, pDst, nCount, nShift, pCarry);
-    if (nDim == 3) return CarryDims<3>(pSums, pDst, nCount, nShift, pCarry);
-    for (int i = 0; i + nDim <= nCount; i += nDim) {
-        for (int c = 0; c < nDim; ++c) pDst[i + c] = CarrySigned(pSums[i + c], nShift, pCarry[c]);
-    }
+    CarrySigned<TowardZero>(pSums, pDst, nCount, nDim, nShift, pCarry);
+}
+
+void FloorRow(const int32_t* pSums, int16_t* pDst, int nCount, int nShift, int nRound)
+{
+    HWY_DYNAMIC_DISPATCH(FloorS16)(pSums, pDst, nCount, nShift, nRound);
+}
+
+void FloorCarryRow(const int32_t* pSums, int16_t* pDst, int nCount, int nDim, int nShift, int32_t* pCarry)
+{
+    CarrySigned<TowardFloor>(pSums, pDst, nCount, nDim, nShift, pCarry);
 }
 
 }  // namespace vkr

@@ -21,11 +21,15 @@ struct PyramidParams {
 // empty source; dst is undefined.
 bool HalveImage(const CImage& src, CImage& dst, bool bFilter, bool bDither);
 
+// The same for 16 bits: filtered, or plain with the carry on one thread (bDither), or plain row-parallel. nRangeMax and
+// nRangeMin are taken over. What the filtered and the carrying form drop they truncate toward zero, the row-parallel
+// form floors.
+bool HalveShort(const CShortImage& src, CShortImage& dst, bool bFilter, bool bDither);
+
 // Doubles src into dst, sized 2w x 2h. A source one row high leaves zeros in the plain form. False as above.
 bool DoubleImage(const CImage& src, CImage& dst, bool bFilter, bool bDither);
 
-// The same for 16 bits: filtered, or plain with the carry on one thread (bDither), or plain row-parallel. nRangeMax and
-// nRangeMin are taken over.
+// The same for 16 bits, of three forms as HalveShort; all truncate toward zero.
 bool DoubleShort(const CShortImage& src, CShortImage& dst, bool bFilter, bool bDither);
 
 }  // namespace vkr

@@ -36,6 +36,18 @@ struct SmoothScratch {
     size_t nRow, nSums, nChannels;
 };
 
+// Both roundings are floors. The sums of 8-bit samples have no sign to care for.
+void FinishSmooth(const uint16_t* pSums, uint8_t* pDst, int nCount, int nDim, bool bDither, uint8_t* pCarry)
+{
+    if (bDither) return CarryRow(pSums, pDst, nCount, nDim, kShift, pCarry);
+    DropRow(pSums, pDst, nCount, kShift, 1 << (kShift - 1));
+}
+void FinishSmooth(const int32_t* pSums, int16_t* pDst, int nCount, int nDim, bool bDither, int32_t* pCarry)
+{
+    if (bDither) return FloorCarryRow(pSums, pDst, nCount, nDim, kShift, pCarry);
+    FloorRow(pSums, pDst, nCount, kShift, 1 << (kShift - 1));
+}
+
 // src and dst may be the same picture if the block is all of it.
 template <class Image, class T>
 void SmoothBlock(const Image& src, Image& dst, bool bInPlace, bool bDither, RowBlock rows, SmoothScratch<T>& scratch)
@@ -50,11 +62,7 @@ void SmoothBlock(const Image& src, Image& dst, bool bInPlace, bool bDither, RowB
         }
         SmoothRow5(vRows, pSums, src.nWidth, src.nDim, scratch.Taps(rows.nIndex));
         if (bInPlace) std::copy_n(src.Row(y), nCount, scratch.KeptRow(y));
-        if (bDither) {
-            CarryRow(pSums, dst.Row(y), nCount, src.nDim, kShift, scratch.Carry(rows.nIndex));
-        } else {
-            DropRow(pSums, dst.Row(y), nCount, kShift, 1 << (kShift - 1));
-        }
+        FinishSmooth(pSums, dst.Row(y), nCount, src.nDim, bDither, scratch.Carry(rows.nIndex));
     }
 }
 

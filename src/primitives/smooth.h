@@ -6,12 +6,12 @@ namespace vkr {
 
 // Binomial 5 x 5 low-pass, taps 1 4 6 4 1 both ways, the nearest sample repeated outside; any nDim, any size from 1
 // x 1. dst takes the size of src and may be the same record. The sum of weight 256 is rounded (s + 128) >> 8, or with
-// bDither shifted by 8 with the dropped remainder carried per channel along the raster.
+// bDither shifted by 8 with the dropped remainder, 0 .. 255, carried per channel along the raster. Both shifts floor,
+// also below 0.
 //
 // The 8-bit form runs one block of rows per thread of the team, and the carry starts anew at 0 in every block: with
 // bDither the bytes depend on the size of the team. In place, and inside another parallel region, it is one block. The
-// 16-bit form runs on one thread; its quotients, also the rounded one, truncate toward zero, and the carry is the
-// signed remainder. False when there is no memory.
+// 16-bit form runs on one thread. False when there is no memory.
 struct CSmoothFilter5x5 {
     static bool SmoothImage8(const CImage& src, CImage& dst, bool bDither);
     static bool SmoothImage16(const CShortImage& src, CShortImage& dst, bool bDither);

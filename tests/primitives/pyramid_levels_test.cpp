@@ -13,11 +13,12 @@ namespace vkr {
 namespace {
 
 // The picture with its last column and row repeated to even sizes.
-Pixels<uint8_t> PaddedToEven(const CImage& image)
+template <class Image>
+auto PaddedToEven(const Image& image)
 {
-    Pixels<uint8_t> vOut;
+    decltype(Samples(image)) vOut;
     for (int y = 0; y < (image.nHeight + 1) / 2 * 2; ++y) {
-        const uint8_t* pRow = image.Row(y);  // clamped
+        const auto* pRow = image.Row(y);  // clamped
         vOut.insert(vOut.end(), pRow, pRow + image.RowSamples());
         if (image.nWidth % 2 != 0)
             vOut.insert(vOut.end(), pRow + image.RowSamples() - image.nDim, pRow + image.RowSamples());
@@ -43,6 +44,30 @@ TEST(HalveImage, PadsOddSidesAndChoosesTheKernel)
                 ASSERT_TRUE(HalveImage(src, dst, false, bDither));
                 EXPECT_EQ(ReferenceHalve6(vEven, 2 * w2, 2 * h2, 3, false, Rest::kFloor), Samples(dst));
             }
+        }
+    }
+}
+
+TEST(HalveShort, PadsOddSidesAndChoosesAmongThreeForms)
+{
+    std::mt19937 rng(12);
+    for (const int w : {1, 2, 7, 10, 33}) {
+        for (const int h : {1, 2, 5, 8}) {
+            SCOPED_TRACE(testing::Message() << w << " x " << h);
+            TestShortImage src, dst;
+            FillRandom(rng, src, w, h, 3, -32768, 32767);
+            src.nRangeMax = 128;
+            const auto vEven = PaddedToEven(src);
+            const int w2 = (w + 1) / 2, h2 = (h + 1) / 2;
+            ASSERT_TRUE(HalveShort(src, dst, true, false));
+            EXPECT_TRUE(dst.nWidth == w2 && dst.nHeight == h2 && dst.nDim == 3 && dst.nRangeMax == 128);
+            EXPECT_EQ(ReferenceHalve5(vEven, 2 * w2, 2 * h2, 3, Rest::kTruncate), Samples(dst));
+            ASSERT_TRUE(HalveShort(src, dst, true, true));
+            EXPECT_EQ(ReferenceHalve5(vEven, 2 * w2, 2 * h2, 3, Rest::kCarry), Samples(dst));
+            ASSERT_TRUE(HalveShort(src, dst, false, true));
+            EXPECT_EQ(ReferenceHalve6(vEven, 2 * w2, 2 * h2, 3, true, Rest::kCarry), Samples(dst));
+            ASSERT_TRUE(HalveShort(src, dst, false, false));
+            EXPECT_EQ(ReferenceHalve6(vEven, 2 * w2, 2 * h2, 3, false, Rest::kFloor), Samples(dst));
         }
     }
 }
@@ -91,6 +116,7 @@ TEST(PyramidLevels, RefuseAnEmptySource)
     TestImage src, dst;
     TestShortImage srcShort, dstShort;
     EXPECT_FALSE(HalveImage(src, dst, false, false));
+    EXPECT_FALSE(HalveShort(srcShort, dstShort, false, false));
     EXPECT_FALSE(DoubleImage(src, dst, true, false));
     EXPECT_FALSE(DoubleShort(srcShort, dstShort, false, true));
 }

@@ -92,9 +92,9 @@ TEST_P(SmoothFilter5x5, SixteenBitsFollowTheFormulaInAndOutOfPlace)
 TEST_P(SmoothFilter5x5, KeepsAConstantPicture)
 {
     for (const bool bDither : {false, true}) {
-        for (const int nValue : {0, 1, 128, 255}) {
+        for (const int nValue : {0, 1, 128, 255, -1, -255}) {
             TestImage src, dst;
-            FillConstant(src, 19, 7, 3, nValue);
+            FillConstant(src, 19, 7, 3, nValue & 255);
             ASSERT_TRUE(CSmoothFilter5x5::SmoothImage8(src, dst, bDither));
             EXPECT_EQ(Samples(src), Samples(dst));
             TestShortImage src16, dst16;
@@ -115,6 +115,24 @@ TEST(SmoothImage8, SpreadsOnePixelByTheTaps)
     // Sums 128 * (1, 4, 6, 16, 24, 36), with 128 added, by 256.
     EXPECT_EQ((Pixels<uint8_t>{1, 2, 3, 2, 1, 2, 8, 12, 8, 2, 3, 12, 18, 12, 3, 2, 8, 12, 8, 2, 1, 2, 3, 2, 1}),
               Samples(dst));
+}
+
+// The same below 0: a shift floors, so that -128 * 1 + 128 is 0 by 256, -512 + 128 is -2, and what is carried of a sum
+// is never below 0.
+TEST(SmoothImage16, FloorsBelowZero)
+{
+    TestShortImage src, dst;
+    FillConstant(src, 5, 5, 1, 0);
+    src.pData[12] = -128;
+    ASSERT_TRUE(CSmoothFilter5x5::SmoothImage16(src, dst, false));
+    // Sums -128 * (1, 4, 6, 16, 24, 36), with 128 added, by 256.
+    EXPECT_EQ((Pixels<int16_t>{0,   -2, -3, -2, 0,   -2, -8, -12, -8, -2, -3, -12, -18,
+                               -12, -3, -2, -8, -12, -8, -2, 0,   -2, -3, -2, 0}),
+              Samples(dst));
+    ASSERT_TRUE(CSmoothFilter5x5::SmoothImage16(src, dst, true));
+    // -128, remainder 128; -512 + 128 = -384: -2, 128; -768 + 128 = -640: -3, 128; -2, 128; -128 + 128 = 0.
+    const Pixels<int16_t> vRow(dst.pData, dst.pData + 5);
+    EXPECT_EQ((Pixels<int16_t>{-1, -2, -3, -2, 0}), vRow);
 }
 
 }  // namespace

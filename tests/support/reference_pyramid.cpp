@@ -17,11 +17,12 @@ public:
     void Put(long nSum)
     {
         long& nCarry = m_vCarry[m_vOut.size() % m_vCarry.size()];
-        if (m_rest == Rest::kCarry) nSum += nCarry;
+        const bool bCarry = m_rest == Rest::kCarry || m_rest == Rest::kFloorCarry;
+        const bool bTruncate = m_rest == Rest::kCarry || m_rest == Rest::kTruncate;
+        if (bCarry) nSum += nCarry;
         if (m_rest == Rest::kRound) nSum += m_nWeight / 2;
-        const long nQuotient =
-            m_rest == Rest::kFloor ? std::lround(std::floor(1.0 * nSum / m_nWeight)) : nSum / m_nWeight;
-        if (m_rest == Rest::kCarry) nCarry = nSum - nQuotient * m_nWeight;
+        const long nQuotient = bTruncate ? nSum / m_nWeight : std::lround(std::floor(1.0 * nSum / m_nWeight));
+        if (bCarry) nCarry = nSum - nQuotient * m_nWeight;
         m_vOut.push_back(static_cast<T>(nQuotient));
     }
     void ForgetCarry() { std::fill(m_vCarry.begin(), m_vCarry.end(), 0); }
@@ -125,7 +126,7 @@ long Mix31(bool bOdd, long b, long s, long a)
 template <class T>
 Pixels<T> Smooth(const Pixels<T>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks)
 {
-    Raster<T> raster(nDim, 256, bCarry ? Rest::kCarry : Rest::kRound);
+    Raster<T> raster(nDim, 256, bCarry ? Rest::kFloorCarry : Rest::kRound);
     int nNextBlock = 0;
     for (int y = 0, nBlock = 0; y < h; ++y) {
         if (y == nNextBlock) {

@@ -10,8 +10,8 @@ namespace vkr {
 template <class T>
 using Pixels = std::vector<T>;
 
-// What becomes of the fraction of a sum.
-enum class Rest { kFloor, kTruncate, kRound, kCarry };
+// What becomes of the fraction of a sum: the rounded and the last form floor, as kFloor does; kCarry truncates.
+enum class Rest { kFloor, kTruncate, kRound, kCarry, kFloorCarry };
 
 // 5 taps centred on even pixels, edge pixels repeated. (w >> 1) x (h >> 1); an odd last column or row is not read.
 Pixels<uint8_t> ReferenceHalve5(const Pixels<uint8_t>& vSrc, int w, int h, int nDim, Rest rest);
@@ -32,7 +32,7 @@ Pixels<int16_t> ReferenceDouble31Wrap(const Pixels<int16_t>& vSrc, int w, int h,
 Pixels<int16_t> ReferenceDouble31Serial(const Pixels<int16_t>& vSrc, int w, int h, int nDim, bool bCarry);
 
 // 5 x 5 low-pass of the same size, in nBlocks blocks of rows, the first (h mod nBlocks) one row longer; a carry starts
-// at 0 in each. The 16-bit form has kRound and kCarry truncate toward zero.
+// at 0 in each.
 Pixels<uint8_t> ReferenceSmooth5(const Pixels<uint8_t>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks);
 Pixels<int16_t> ReferenceSmooth5(const Pixels<int16_t>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks);
 
