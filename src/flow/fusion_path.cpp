@@ -86,11 +86,13 @@ bool CMultiExposureHDRProcessFlowOpt::WeighExposures(const Burst& burst, FlowTem
                                      m_ReadyFlags, temp.vWeights);
         return m_nTotalLevels > 0;
     });
+    m_GhostFilter.m_bDumpAllowed = bDebugDumpEnable;
     Tic();
     const bool bGhostMap =
         bGhostProcessEnable && m_GhostFilter.DetectGhost(temp.vWorkFrames, temp.vAlignMasks, burst.nExposureNum,
                                                          burst.nReference, *this, m_GhostMap);
     Toc("==== ==== DetectGhost Done");
+    if (bGhostMap) ProbeImage("ghost", m_GhostMap);
     Tic();
     Toc("==== ==== BuildWeight Done");  // a marker: the thread is joined behind it
     if (!weightThread.Join()) return false;
@@ -101,20 +103,30 @@ bool CMultiExposureHDRProcessFlowOpt::WeighExposures(const Burst& burst, FlowTem
 bool CMultiExposureHDRProcessFlowOpt::EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp)
 {
     Tic();
-    bool bDone =
-        !bGhostMap || GhostEmbeddingIntoWeight(m_GhostMap, temp.vWorkFrames, burst.nExposureNum, burst.nReference,
-                                               m_nTotalLevels, *this, *this, *this, temp.vWeights, temp.vCoefs);
-    bDone = bDone && temp.m_Level0Weights.CopyDimFrom(temp.vWeights[0]);
-    if (bDone && bGhostMap && bGhostRelinearizeEnable) {
-        ReLinearize(temp.vWorkFrames, temp.vWeights[0], nRatio, burst.nExposureNum, *this);
+    if (bGhostMap) GiveGhostsTheirExposure(burst, temp);
+    bool bDone = temp.m_Level0Weights.CopyDimFrom(temp.vWeights[0]);
+    if (bDone && bGhostProcessEnable && bGhostRelinearizeEnable) {
+        ReLinearize(temp.vWorkFrames, temp.vWeights[0], nRatio, burst.nExposureNum, *this, bDebugDumpEnable);
         m_nTotalLevels =
             RebuildWeight(temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this, *this, temp.vWeights);
         bDone = m_nTotalLevels > 0;
     }
     Toc("==== ==== GhostEmbeddingIntoWeight Done");
+    for (int i = 0; i < kMaxLevels; ++i) ProbeImage("coef", temp.vCoefs[i], i);
     for (int i = 0; i < m_nTotalLevels; ++i) ProbeImage("weights", temp.vWeights[i], i);
     ProbeImage("edgeweights", temp.m_Level0Weights);
     return bDone;
+}
+
+// A failure leaves the weights as they then are, and the burst goes on with them. The limited levels stay for later
+// bursts, and so does a saturation mask that was switched off.
+void CMultiExposureHDRProcessFlowOpt::GiveGhostsTheirExposure(const Burst& burst, FlowTemporaries& temp)
+{
+    LimitDeghostLevels(m_nTotalLevels, *this, *this);
+    const GhostEmbedding embedding =
+        GhostEmbeddingIntoWeight(m_GhostMap, temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this,
+                                 *this, *this, bDebugDumpEnable, temp.vWeights, temp.vCoefs);
+    if (embedding == GhostEmbedding::kWholePicture) bCheckSatuEnable = 0;
 }
 
 bool CMultiExposureHDRProcessFlowOpt::MapTone(FlowTemporaries& temp)

@@ -93,6 +93,7 @@ private:
     void FindFace(const Burst& burst, FlowTemporaries& temp);
     bool WeighExposures(const Burst& burst, FlowTemporaries& temp);
     bool EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp);
+    void GiveGhostsTheirExposure(const Burst& burst, FlowTemporaries& temp);
     bool MapTone(FlowTemporaries& temp);
     void MarkFaces(const Burst& burst, FlowTemporaries& temp);
     bool UpscaleTone(FlowTemporaries& temp);

@@ -15,9 +15,16 @@ struct DisplayCurve {
     int32_t m_LinearY10[kNodes] = {};  // 10-bit display values
 };
 
-// Makes the exposures agree: every frame is rendered anew, in place, from the weighted radiance of all. pRatio: Q4
-// exposure ratios of neighbours.
+// Makes the exposures agree: every frame is rendered anew, in place, from the weighted radiance of all, with the gain
+// of its exposure. All in integers; quotients truncate.
+//
+//   vFrames        nExposureNum (1 .. 8) pictures B, G, R of one size, darkest first
+//   level0Weights  of that size, nDim = nExposureNum, any sums; a pixel whose weights are all 0 stays as it is
+//   pRatio         Q4 exposure ratios of neighbours, nExposureNum - 1 of them
+//   bDump          pictures before and behind as BMP under ReLinearizeDump/
+//
+// Pictures that do not fit each other stay as they are. Same bytes from any number of threads.
 void ReLinearize(CImage* vFrames, const CImage& level0Weights, const int32_t* pRatio, int nExposureNum,
-                 const DisplayCurve& curve);
+                 const DisplayCurve& curve, int bDump);
 
 }  // namespace vkr
