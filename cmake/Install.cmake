@@ -14,7 +14,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vkrhdr-config.cmake ${CMAKE_CURRENT_BI
 configure_file(cmake/vkrhdr.pc.in ${CMAKE_CURRENT_BINARY_DIR}/vkrhdr.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vkrhdr.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(FILES params/default.txt DESTINATION ${CMAKE_INSTALL_DATADIR}/vkrhdr)
+install(FILES params/default.txt params/photo.txt DESTINATION ${CMAKE_INSTALL_DATADIR}/vkrhdr)
 if(VKRHDR_BUILD_TOOL)
   install(TARGETS vkrhdr RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

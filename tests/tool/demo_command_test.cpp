@@ -46,8 +46,8 @@ TEST(BenchCommand, PrintsOneTableOnStandardOutput)
     const ToolRun run = RunTool(folder, {"bench", "--size", "128x96", "--runs", "2", "--threads", "1"});
     EXPECT_EQ(0, run.nStatus) << run.sErr;
     EXPECT_EQ("", run.sErr);
-    for (const char* pWords :
-         {"128x96, 3 exposures, 1 threads, medians of 2 runs", "PyramidFusion Done", "rendering", "peak memory, MiB"}) {
+    for (const char* pWords : {"128x96, 3 exposures, 1 threads, medians of 2 runs, preset photo", "PyramidFusion Done",
+                               "rendering", "peak memory, MiB"}) {
         EXPECT_NE(std::string::npos, run.sOut.find(pWords)) << pWords << run.sOut;
     }
     EXPECT_TRUE(folder.Names().empty());

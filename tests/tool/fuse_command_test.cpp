@@ -56,6 +56,14 @@ protected:
         return RunTool(m_folder, With(With(With({"fuse"}, vImages), {"-o", sOutput}), vMore));
     }
 
+    // What the program prints, as params.txt.
+    void WriteParams(const Names& vArguments)
+    {
+        const ToolRun params = RunTool(m_folder, vArguments);
+        EXPECT_EQ(0, params.nStatus) << params.sErr;
+        WriteWholeFile(m_folder.Path("params.txt"), Bytes(params.sOut.begin(), params.sOut.end()));
+    }
+
     void ExpectFused(const ToolRun& run)
     {
         EXPECT_EQ(0, run.nStatus) << run.sErr;
@@ -268,11 +276,22 @@ TEST_F(FuseCommand, ObeysParametersFromFileAndLine)
     ExpectFused(Fuse(vNames, "plain.raw", vRaw));
     ExpectFused(Fuse(vNames, "set.raw", With(vRaw, {"--set", "bContrastEnable=0", "--set", "nMaxGamma=100"})));
     EXPECT_NE(File("plain.raw"), File("set.raw"));
-    const ToolRun params = RunTool(m_folder, {"params", "--shipped", "--set", "bContrastEnable=0", "--set",
-                                              "nMaxGamma=100", "--set", "bLogoEnable=0"});
-    WriteWholeFile(m_folder.Path("params.txt"), Bytes(params.sOut.begin(), params.sOut.end()));
+    const Names vPrint = {"params", "--set", "bContrastEnable=0", "--set", "nMaxGamma=100"};
+    WriteParams(With(vPrint, {"--for", "160x120"}));  // as fuse chooses by the size of the frames
     ExpectFused(Fuse(vNames, "file.raw", With(vRaw, {"--params", "params.txt"})));
     EXPECT_EQ(File("set.raw"), File("file.raw"));
+}
+
+TEST_F(FuseCommand, TakesThePresetThatIsNamed)
+{
+    const Names vNames = WriteRaws("yuv"), vRaw = {"--raw", "nv12", "--size", "160x120"};
+    ExpectFused(Fuse(vNames, "default.raw", With(vRaw, {"--preset", "default"})));
+    WriteParams({"params", "--preset", "default", "--set", "bLogoEnable=0"});
+    ExpectFused(Fuse(vNames, "file.raw", With(vRaw, {"--params", "params.txt"})));
+    EXPECT_EQ(File("file.raw"), File("default.raw"));
+    ExpectFused(Fuse(vNames, "photo.raw", With(vRaw, {"--preset", "photo"})));
+    ExpectFused(Fuse(vNames, "plain.raw", vRaw));
+    EXPECT_EQ(File("photo.raw"), File("plain.raw"));
 }
 
 }  // namespace vkr::tool

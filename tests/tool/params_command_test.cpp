@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "flow/multi_exposure_flow.h"
+#include "photo_preset.h"
 #include "run_tool.h"
 #include "support/quiet_lines.h"
 
@@ -39,15 +40,38 @@ TEST(ParamsCommand, PrintsWhatLoadsAndComesOutTheSame)
     EXPECT_EQ("", lines.Text());
 }
 
-// The shipped file is what the program prints; after a change of a default: vkrhdr params --shipped >params/default.txt
-TEST(ParamsCommand, IsWhereTheShippedFileComesFrom)
+// The shipped files are what the program prints. After a change of a default or of the photo preset:
+//   vkrhdr params --shipped >params/default.txt; vkrhdr params --preset photo >params/photo.txt
+TEST(ParamsCommand, IsWhereTheShippedFilesComeFrom)
 {
     const TestFolder folder;
-    const std::string sText = Printed(folder, {"params", "--shipped"});
-    EXPECT_EQ(ReadText(VKRHDR_DEFAULT_PARAMS), sText);
-    EXPECT_EQ(std::string::npos, sText.find("bDumpDebug=1"));
-    EXPECT_EQ(std::string::npos, sText.find("bDumpDebugFile=1"));
-    EXPECT_NE(std::string::npos, sText.find("bLogoEnable=1"));
+    const std::string sDefault = Printed(folder, {"params", "--shipped"});
+    EXPECT_EQ(ReadText(VKRHDR_PARAMS_FOLDER "default.txt"), sDefault);
+    EXPECT_EQ(sDefault, Printed(folder, {"params", "--preset", "default"}));
+    EXPECT_NE(std::string::npos, sDefault.find("bLogoEnable=1"));
+    const std::string sPhoto = Printed(folder, {"params", "--preset", "photo"});
+    EXPECT_EQ(ReadText(VKRHDR_PARAMS_FOLDER "photo.txt"), sPhoto);
+    for (const std::string& sText : {sDefault, sPhoto}) {
+        EXPECT_EQ(std::string::npos, sText.find("bDumpDebug=1"));
+        EXPECT_EQ(std::string::npos, sText.find("bDumpDebugFile=1"));
+    }
+}
+
+// Every name and value of the preset is one that the library has, and comes out as it is.
+TEST(ParamsCommand, PrintsThePhotoPresetOfASize)
+{
+    const TestFolder folder;
+    EXPECT_EQ(ReadText(VKRHDR_PARAMS_FOLDER "photo.txt"), Printed(folder, {"params", "--for", "4000x3000"}));
+    for (const Size size : {Size{640, 480}, Size{1920, 1080}, Size{6000, 4000}}) {
+        const std::string sSize = std::to_string(size.nWidth) + "x" + std::to_string(size.nHeight);
+        const std::string sText = Printed(folder, {"params", "--for", sSize});
+        for (const std::string& sSet : PhotoAssignments(size)) {
+            const std::string sLine = "\n" + sSet.substr(sSet.find('.') + 1) + ";";
+            EXPECT_NE(std::string::npos, sText.find(sLine)) << sSize << sLine;
+        }
+    }
+    EXPECT_NE(std::string::npos,
+              Printed(folder, {"params", "--for", "64x48", "--set", "bLogoEnable=1"}).find("bLogoEnable=1;"));
 }
 
 TEST(ParamsCommand, PrintsTheRegisteredDefaultsOtherwise)

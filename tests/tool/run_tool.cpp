@@ -9,6 +9,7 @@
 
 #include "foundation/image_scope.h"
 #include "foundation/mem_pool.h"
+#include "library_pictures.h"
 #include "scene/demo_scene.h"
 #include "support/quiet_lines.h"
 
@@ -81,11 +82,7 @@ std::vector<Frame> DrawnFrames(int w, int h)
         scene.nWidth = w;
         scene.nHeight = h;
         if (!DrawDemoBurst(scene, vImages)) throw std::runtime_error("no scene");
-        for (size_t k = 0; k < 3; ++k) {
-            vFrames[k].Resize(w, h);
-            std::copy_n(vImages[k].pY, vFrames[k].vY.size(), vFrames[k].vY.begin());
-            std::copy_n(vImages[k].pUV, vFrames[k].vUV.size(), vFrames[k].vUV.begin());
-        }
+        for (size_t k = 0; k < 3; ++k) vFrames[k] = FrameOf(vImages[k]);
     }
     PoolRelease();
     return vFrames;

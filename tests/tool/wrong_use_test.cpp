@@ -60,6 +60,9 @@ TEST_F(WrongUse, OfTheCommandLineEndsWithStatus2)
     ExpectRefused({"fuse", "a.jpg", "-o", "out.raw", "--raw", "yv12", "--size", "64x48"}, 2, "nv21");
     ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--threads", "0"}, 2, "--threads");
     ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--simd", "maybe"}, 2, "--simd");
+    ExpectRefused({"align", "a.jpg", "b.jpg"}, 2, "--output is required");
+    ExpectRefused({"align", "a.jpg", "-o", "out", "--raw", "nv12"}, 2, "--size");
+    ExpectRefused({"align", "a.jpg", "-o", "out", "--reference", "1"}, 2, "0 .. 0");
     ExpectRefused({"bench", "--size", "100"}, 2, "WxH");
     ExpectRefused({"demo", "--exposures", "9", "-o", "none"}, 2, "--exposures");
     ExpectRefused(
@@ -81,12 +84,19 @@ TEST_F(WrongUse, OfParametersTellsTheRange)
     ExpectRefused({"params", "--set", "nEdgeTh_0=4"}, 2, "CGhostProcessFilter.nEdgeTh_0");
     ExpectRefused({"params", "--set", "CNothing.nRatio_0=16"}, 2, "CGhostProcessFilter");
     ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--set", "CGhostProcessFilter.nEdgeTh_0=256"}, 2, "0 .. 255");
+    ExpectRefused({"align", "a.jpg", "-o", "out", "--set", "nMaxGamma=99"}, 2, "100 .. 200");
     ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--params", "text.txt"}, 2, "text.txt");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--preset", "film"}, 2, "photo");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--preset", "photo", "--params", "text.txt"}, 2, "excludes");
+    ExpectRefused({"params", "--for", "641x480"}, 2, "--for takes WxH");
+    ExpectRefused({"params", "--for", "640x480", "--preset", "default"}, 2, "--for is of the photo preset");
+    ExpectRefused({"params", "--for", "640x480", "--shipped"}, 2, "excludes");
 }
 
 TEST_F(WrongUse, OfPicturesEndsWithStatus1)
 {
     ExpectRefused({"fuse", "a.jpg", "large.jpg", "-o", "out.jpg"}, 1, "one size: a.jpg is 64x48, large.jpg is 80x48");
+    ExpectRefused({"align", "a.jpg", "b.jpg", "-o", "text.txt"}, 1, "text.txt");
     ExpectRefused({"fuse", "a.jpg", "text.txt", "-o", "out.jpg"}, 1, "text.txt: is neither a JPEG nor a PNG");
     ExpectRefused({"fuse", "a.jpg", "-o", "out.raw", "--raw", "nv12", "--size", "64x48"}, 1, "bytes");
     std::filesystem::create_directory(m_folder.Path("taken.jpg"));

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Writes docs/parameters.md from the tables in the sources: parameter_tables.py ROOT [--check]
+"""Writes docs/parameters.md from the tables in the library's and the tool's sources: parameter_tables.py ROOT [--check]
 
 --check writes nothing and exits with 1 when the file is not what the sources say.
 """
 import pathlib
 import re
 import sys
+import textwrap
 
 # Sections in the order of the parameter file.
 SOURCES = [
@@ -17,6 +18,8 @@ SOURCES = [
     'src/tone/local_curve_parameters.cpp',
 ]
 
+PRESET = 'tools/vkrhdr/photo_preset.cpp'
+
 HEAD = '''# Parameters
 
 Written by `tools/scripts/parameter_tables.py` from the tables in the sources; do not edit. `vkrhdr params` prints the
@@ -24,7 +27,17 @@ same as a parameter file. All values are 32-bit integers. An array `NAME` of n e
 `NAME_(n-1)`, a table as `NAME_row_column`. Q4 means 16 = 1.0, Q7 means 128 = 1.0.
 
 In a file every section begins with its name on a line of its own; a value line is `NAME=VALUE`, and what follows a `;`
-is not read. A value out of its range is brought to the nearer bound with a message.
+is not read. A value out of its range is brought to the nearer bound with a message. `params/default.txt` holds the
+defaults without debug files, `params/photo.txt` [the photo preset](#the-photo-preset).
+'''
+
+PRESET_HEAD = '''
+## The photo preset
+
+What `vkrhdr` sets unless `--preset default` or `--params` says otherwise; all other parameters have their defaults, and
+no debug files are written. Some values go by the number of pixels: `vkrhdr params --for WxH` prints the whole set for a
+size, `params/photo.txt` holds the one for 12 megapixels (4000 x 3000). `vkrhdr fuse` and `vkrhdr align` go by the size of
+the pictures.
 '''
 
 
@@ -66,6 +79,65 @@ def rows(path):
     return section, found
 
 
+def table_rows(found):
+    return [row for row in found if not isinstance(row, str)]
+
+
+def defaults(root):
+    """The default of every value as --set names it: NAME of the flow, Section.NAME of its filters, NAME_i of an array."""
+    known = {}
+    for source in SOURCES:
+        section, found = rows(root / source)
+        prefix = '' if section == 'CMultiExposureHDRProcessFlow' else section + '.'
+        for name, _, default, _ in table_rows(found):
+            same = re.match(r'(-?\d+) in all (\d+)', default)
+            values = [same.group(1)] * int(same.group(2)) if same else default.split(', ')
+            known[prefix + name] = values[0]
+            known.update({f'{prefix}{name}_{i}': value for i, value in enumerate(values)})
+    return known
+
+
+def preset_entries(text, classes):
+    """(name, value of each size class, what the comment above says or '') of the tool's table."""
+    found, words = [], []
+    for line in text[text.index('kPhotoValues[] = {'):].splitlines():
+        comment = re.match(r'\s*// (.*)', line)
+        entry = re.match(r'\s*\{"([\w.]+)",\s*(?:All\((-?\d+)\)|\{([-\d, ]+)\})\},', line)
+        if comment and not comment.group(1).startswith('clang-format'):
+            words.append(comment.group(1))
+        elif entry:
+            name, one, many = entry.groups()
+            values = [one] * classes if one else [v.strip() for v in many.split(',')]
+            assert len(values) == classes, f'{name} has {len(values)} values, not {classes}'
+            found.append((name, values, ' '.join(words)))
+            words = []
+        elif line.startswith('}'):
+            break
+    return found
+
+
+def photo_preset(root):
+    """The section about what the tool sets for photos."""
+    text = (root / PRESET).read_text()
+    bounds = re.search(r'kUpToMegapixels\[\] = \{(.*)\}', text).group(1).split(', ')
+    titles = [f'up to {bound} MP' for bound in bounds] + ['above']
+    known, entries = defaults(root), preset_entries(text, len(titles))
+    out = [PRESET_HEAD, '| parameter | default | ' + ' | '.join(titles) + ' |', '|---' * (len(titles) + 2) + '|']
+    out += [f'| `{name}` | {known[name]} | ' + ' | '.join(values) + ' |' for name, values, _ in entries]
+    out.append('')
+    together = []  # an entry without words of its own belongs to the one above
+    for name, _, words in entries:
+        short = f'`{name.split(".")[-1]}`'
+        if words or not together:
+            together.append([[short], words])
+        else:
+            together[-1][0].append(short)
+    for names, words in together:
+        out += textwrap.wrap(f'{", ".join(names)}: {words}', 120, initial_indent='- ', subsequent_indent='  ',
+                             break_long_words=False, break_on_hyphens=False)
+    return out
+
+
 def document(root):
     out = [HEAD]
     for source in SOURCES:
@@ -81,6 +153,7 @@ def document(root):
                 out.append('\n| parameter | range | default | meaning |\n|---|---|---|---|')
                 table_open = True
             out.append('| `{}` | {} | {} | {} |'.format(*row))
+    out += photo_preset(root)
     return '\n'.join(out) + '\n'
 
 

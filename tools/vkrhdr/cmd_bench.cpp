@@ -10,7 +10,6 @@
 #include "commands.h"
 #include "drawn_burst.h"
 #include "engine.h"
-#include "tool_parameters.h"
 
 namespace vkr::tool {
 
@@ -81,9 +80,7 @@ CLI::App* DefineBench(CLI::App& app, BenchOptions& options)
     pCommand->add_option("--runs", options.nRuns, "bursts; the table shows medians")
         ->check(CLI::Range(1, 1000))
         ->capture_default_str();
-    pCommand->add_option("--set", options.vSets, "one parameter, NAME=VALUE or Filter.NAME=VALUE; may be repeated")
-        ->type_name("NAME=VALUE")
-        ->allow_extra_args(false);
+    DefineParameters(*pCommand, options.parameters);
     return pCommand;
 }
 
@@ -94,9 +91,9 @@ void RunBench(const BenchOptions& options, const CommonOptions& common)
     scene.nWidth = size.nWidth;
     scene.nHeight = size.nHeight;
     scene.nExposures = options.nExposures;
-    ToolParameters params(ToolParameters::Base::kTool);
-    for (const std::string& sSet : options.vSets) params.Set(sSet);
     LibraryLines lines(common.bVerbose);
+    ToolParameters params = LoadParameters(options.parameters, lines);
+    FitParameters(options.parameters, size, params);
     const std::vector<Frame> vFrames = DrawBurst(scene);
     Frame result;
     result.Resize(size.nWidth, size.nHeight);
@@ -112,8 +109,8 @@ void RunBench(const BenchOptions& options, const CommonOptions& common)
         }
     }
     const long nPeak = PeakKib();
-    std::printf("%dx%d, %d exposures, %d threads, medians of %d runs\n", size.nWidth, size.nHeight, options.nExposures,
-                omp_get_max_threads(), options.nRuns);
+    std::printf("%dx%d, %d exposures, %d threads, medians of %d runs, %s\n", size.nWidth, size.nHeight,
+                options.nExposures, omp_get_max_threads(), options.nRuns, NameOf(options.parameters).c_str());
     lines.Times().Print(stdout);
     PrintTotal("adding the frames", totals.vAddUs);
     PrintTotal("rendering", totals.vRenderUs);

@@ -6,7 +6,6 @@
 #include "commands.h"
 #include "drawn_burst.h"
 #include "engine.h"
-#include "tool_parameters.h"
 
 namespace vkr::tool {
 
@@ -15,9 +14,9 @@ namespace {
 constexpr int kQuality = 95;
 constexpr int kGap = 8;  // pixels between the pictures of the sheet
 
-Frame FuseDrawn(const std::vector<Frame>& vFrames, LibraryLines& lines)
+Frame FuseDrawn(const std::vector<Frame>& vFrames, const ToolParameters& params, LibraryLines& lines)
 {
-    Engine engine(ToolParameters(ToolParameters::Base::kTool), lines);
+    Engine engine(params, lines);
     const int nFrames = static_cast<int>(vFrames.size());
     for (int k = 0; k < nFrames; ++k) engine.AddFrame(k, vFrames[static_cast<size_t>(k)]);
     Frame result;
@@ -62,6 +61,7 @@ CLI::App* DefineDemo(CLI::App& app, DemoOptions& options)
     pCommand->add_option("--exposures", options.nExposures, "number of frames, 1 to 8")
         ->check(CLI::Range(1, 8))
         ->capture_default_str();
+    DefineParameters(*pCommand, options.parameters);
     return pCommand;
 }
 
@@ -72,10 +72,12 @@ void RunDemo(const DemoOptions& options, const CommonOptions& common)
     scene.nWidth = size.nWidth;
     scene.nHeight = size.nHeight;
     scene.nExposures = options.nExposures;
-    MakeFolder(options.sFolder);
     LibraryLines lines(common.bVerbose);
+    ToolParameters params = LoadParameters(options.parameters, lines);
+    FitParameters(options.parameters, size, params);
+    MakeFolder(options.sFolder);
     const std::vector<Frame> vFrames = DrawBurst(scene);
-    const Frame result = FuseDrawn(vFrames, lines);
+    const Frame result = FuseDrawn(vFrames, params, lines);
     for (size_t k = 0; k < vFrames.size(); ++k) {
         WriteWholeFile(options.sFolder + "/frame" + std::to_string(k) + ".jpg", WriteJpeg(vFrames[k], kQuality));
     }

@@ -3,6 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "parameter_options.h"
+#include "photo_burst.h"
+
 namespace CLI {
 class App;
 }
@@ -19,45 +22,48 @@ struct CommonOptions {
 };
 
 struct FuseOptions {
-    std::vector<std::string> vImages, vSets;
-    std::string sOutput, sParams, sDumpFolder, sStageFolder, sRaw, sSize;
-    int nReference = -1;  // in the order of brightness; below 0: the middle one
+    BurstOptions burst;
+    ParameterOptions parameters;
+    std::string sOutput, sDumpFolder, sStageFolder;
     int nQuality = 95;
     bool bTimings = false;
 };
 
+struct AlignOptions {
+    BurstOptions burst;
+    ParameterOptions parameters;
+    std::string sFolder;
+};
+
 struct ParamsOptions {
     std::vector<std::string> vSets;
+    std::string sPreset, sForSize;  // empty: not asked for
     bool bShipped = false;
 };
 
 struct DemoOptions {
+    ParameterOptions parameters;
     std::string sFolder = "demo", sSize = "960x640";
     int nExposures = 3;
 };
 
 struct BenchOptions {
+    ParameterOptions parameters;
     std::string sSize = "4000x3000";
-    std::vector<std::string> vSets;
     int nExposures = 3, nRuns = 5;
 };
 
 CLI::App* DefineFuse(CLI::App& app, FuseOptions& options);
+CLI::App* DefineAlign(CLI::App& app, AlignOptions& options);
 CLI::App* DefineParams(CLI::App& app, ParamsOptions& options);
 CLI::App* DefineDemo(CLI::App& app, DemoOptions& options);
 CLI::App* DefineBench(CLI::App& app, BenchOptions& options);
 
 void RunFuse(const FuseOptions& options, const CommonOptions& common);
+void RunAlign(const AlignOptions& options, const CommonOptions& common);
 void RunParams(const ParamsOptions& options);
 void RunDemo(const DemoOptions& options, const CommonOptions& common);
 void RunBench(const BenchOptions& options, const CommonOptions& common);
-
-struct Size {
-    int nWidth, nHeight;
-};
-
-// "WxH", both even, 2 .. 16384. UsageError for anything else.
-Size ParseSize(const std::string& sText);
 
 // A short line about what was done, on standard error.
 void Say(const char* pFormat, ...) __attribute__((format(printf, 1, 2)));

@@ -1,9 +1,8 @@
 #include "drawn_burst.h"
 
-#include <algorithm>
-
 #include "foundation/image_scope.h"
 #include "foundation/mem_pool.h"
+#include "library_pictures.h"
 #include "tool_error.h"
 
 namespace vkr::tool {
@@ -18,15 +17,6 @@ public:
     PoolScope(const PoolScope&) = delete;
     PoolScope& operator=(const PoolScope&) = delete;
 };
-
-Frame FrameOf(const CYuvImage& image)
-{
-    Frame frame;
-    frame.Resize(image.nWidth, image.nHeight);
-    std::copy_n(image.pY, frame.vY.size(), frame.vY.begin());
-    std::copy_n(image.pUV, frame.vUV.size(), frame.vUV.begin());
-    return frame;
-}
 
 }  // namespace
 

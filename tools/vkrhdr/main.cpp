@@ -47,11 +47,13 @@ int Run(int argc, char** argv)
     app.fallthrough();
     CommonOptions common;
     FuseOptions fuse;
+    AlignOptions align;
     ParamsOptions params;
     DemoOptions demo;
     BenchOptions bench;
     DefineCommon(app, common);
     const CLI::App* pFuse = DefineFuse(app, fuse);
+    const CLI::App* pAlign = DefineAlign(app, align);
     const CLI::App* pParams = DefineParams(app, params);
     const CLI::App* pDemo = DefineDemo(app, demo);
     const CLI::App* pBench = DefineBench(app, bench);
@@ -64,6 +66,7 @@ int Run(int argc, char** argv)
     }
     ApplyCommon(common);
     if (pFuse->parsed()) RunFuse(fuse, common);
+    if (pAlign->parsed()) RunAlign(align, common);
     if (pParams->parsed()) RunParams(params);
     if (pDemo->parsed()) RunDemo(demo, common);
     if (pBench->parsed()) RunBench(bench, common);
@@ -71,18 +74,6 @@ int Run(int argc, char** argv)
 }
 
 }  // namespace
-
-Size ParseSize(const std::string& sText)
-{
-    Size size{};
-    char cRest = 0;
-    const int nRead = std::sscanf(sText.c_str(), "%5dx%5d%c", &size.nWidth, &size.nHeight, &cRest);
-    const auto isSide = [](int n) { return n >= 2 && n <= 16384 && n % 2 == 0; };
-    if (nRead != 2 || !isSide(size.nWidth) || !isSide(size.nHeight)) {
-        throw UsageError("--size takes WxH with even sides of 2 .. 16384, not '" + sText + "'");
-    }
-    return size;
-}
 
 void Say(const char* pFormat, ...)
 {

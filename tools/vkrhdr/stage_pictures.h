@@ -1,24 +1,37 @@
 #pragma once
 
+#include <map>
+#include <mutex>
 #include <string>
+
+#include "picture_io.h"
+#include "stage_listeners.h"
 
 namespace vkr::tool {
 
-// Writes every picture that the stages show into a folder as PNG, from the constructor to the destructor; one at a
-// time. One grey picture for 1 channel, one coloured for 3, else three channels a picture. Signed 16-bit samples v are
-// shown as v / 2 + 128, clamped.
-class StagePictures {
+// Writes every picture that the stages show into a folder as PNG. One grey picture for 1 channel, one coloured for 3,
+// else three channels a picture. Signed 16-bit samples v are shown as v / 2 + 128, clamped.
+class StagePictures : public StageListener {
 public:
     // bCrFirst: the chroma order of the frames. BurstError when the folder can not be made.
     StagePictures(const std::string& sFolder, bool bCrFirst);
-    ~StagePictures();
-    StagePictures(const StagePictures&) = delete;
-    StagePictures& operator=(const StagePictures&) = delete;
 
-    int Count() const;
+    void OnImage(const std::string& sName, const CImage& image) override;
+    void OnShortImage(const std::string& sName, const CShortImage& image) override;
+    void OnYuvImage(const std::string& sName, const CYuvImage& image) override;
 
-    // Throws the first error that writing met, as a BurstError.
-    void CheckWritten() const;
+    int Count() const { return m_nCount; }
+
+private:
+    template <class Image>
+    void WriteChannels(const std::string& sName, const Image& image);
+    void WriteStage(const std::string& sName, const Raster& raster);
+
+    std::mutex m_mutex;
+    std::string m_sFolder;
+    bool m_bCrFirst;
+    int m_nCount = 0;
+    std::map<std::string, int> m_vSeen;  // how often a name came
 };
 
 }  // namespace vkr::tool

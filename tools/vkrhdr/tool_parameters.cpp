@@ -3,6 +3,7 @@
 #include <charconv>
 #include <vector>
 
+#include "photo_preset.h"
 #include "tool_error.h"
 
 namespace vkr::tool {
@@ -85,19 +86,32 @@ void ToolParameters::Load(const std::string& sPath, LibraryLines& lines, std::st
                      (sWarning.empty() ? "vkrhdr params prints one that does" : sWarning));
 }
 
-void ToolParameters::Set(const std::string& sAssignment)
+ParamEntry& ToolParameters::FindEntry(const std::string& sFullName) const
 {
-    const size_t nEquals = sAssignment.find('=');
-    if (nEquals == std::string::npos) throw UsageError("--set takes NAME=VALUE, not '" + sAssignment + "'");
-    const std::string sFullName = sAssignment.substr(0, nEquals);
     const size_t nDot = sFullName.find('.');
     CFilter& filter = nDot == std::string::npos ? *m_pFlow : FindFilter(*m_pFlow, sFullName.substr(0, nDot));
     const std::string sName = nDot == std::string::npos ? sFullName : sFullName.substr(nDot + 1);
     ParamEntry* pEntry = FindParameter(filter.Params(), sName.c_str());
-    if (pEntry == nullptr) {
-        throw UsageError(std::string(filter.Name()) + " has no parameter '" + sName + "'; " + Advice(*m_pFlow, sName));
-    }
-    *pEntry->pValue = ParseValue(sAssignment.substr(nEquals + 1), *pEntry);
+    if (pEntry != nullptr) return *pEntry;
+    throw UsageError(std::string(filter.Name()) + " has no parameter '" + sName + "'; " + Advice(*m_pFlow, sName));
+}
+
+void ToolParameters::Set(const std::string& sAssignment)
+{
+    const size_t nEquals = sAssignment.find('=');
+    if (nEquals == std::string::npos) throw UsageError("--set takes NAME=VALUE, not '" + sAssignment + "'");
+    ParamEntry& entry = FindEntry(sAssignment.substr(0, nEquals));
+    *entry.pValue = ParseValue(sAssignment.substr(nEquals + 1), entry);
+}
+
+int ToolParameters::Get(const std::string& sFullName) const
+{
+    return *FindEntry(sFullName).pValue;
+}
+
+void ToolParameters::SetPhotoValues(Size size)
+{
+    for (const std::string& sAssignment : PhotoAssignments(size)) Set(sAssignment);
 }
 
 void ToolParameters::SwitchDumpsOn()

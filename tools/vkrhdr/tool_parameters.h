@@ -6,6 +6,7 @@
 
 #include "flow/multi_exposure_flow.h"
 #include "library_lines.h"
+#include "picture_size.h"
 
 namespace vkr::tool {
 
@@ -29,13 +30,23 @@ public:
     // unknown name or a value out of its range.
     void Set(const std::string& sAssignment);
 
+    // By the same names. UsageError for an unknown one.
+    int Get(const std::string& sFullName) const;
+
+    // The photo preset for pictures of this size.
+    void SetPhotoValues(Size size);
+
     void SwitchDumpsOn();
     void SetChromaOrder(bool bCrFirst);
 
     void Save(const std::string& sPath) const;  // BurstError when it can not be written
     bool Print(std::FILE* pFile) const;
 
+    // Alignment with these parameters, for who runs it without the rest.
+    CMultipleImagesAlignFilterOpt& AlignFilter() { return m_pFlow->m_AlignFilter; }
+
 private:
+    ParamEntry& FindEntry(const std::string& sFullName) const;
     void SwitchFilterDumps(CFilter& filter, int nValue);
 
     std::unique_ptr<CMultiExposureHDRProcessFlowOpt> m_pFlow;

@@ -1,0 +1,58 @@
+#include "parameter_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "photo_preset.h"
+
+namespace vkr::tool {
+
+void DefinePreset(CLI::App& command, std::string& sPreset)
+{
+    command.add_option("--preset", sPreset, "photo: tuned for photos, by their size; default: the documented defaults")
+        ->check(CLI::IsMember({"photo", "default"}));
+}
+
+void DefineSets(CLI::App& command, std::vector<std::string>& vSets)
+{
+    command.add_option("--set", vSets, "one parameter, NAME=VALUE or Filter.NAME=VALUE; may be repeated")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+}
+
+void DefineParameters(CLI::App& command, ParameterOptions& options)
+{
+    DefinePreset(command, options.sPreset);
+    command.get_option("--preset")->capture_default_str();
+    command.add_option("--params", options.sParams, "parameter file instead of a preset, taken as it stands")
+        ->check(CLI::ExistingFile)
+        ->excludes("--preset");
+    DefineSets(command, options.vSets);
+}
+
+ToolParameters LoadParameters(const ParameterOptions& options, LibraryLines& lines)
+{
+    ToolParameters params(ToolParameters::Base::kTool);
+    if (!options.sParams.empty()) {
+        std::string sWarning;
+        params.Load(options.sParams, lines, sWarning);
+        if (!sWarning.empty()) Say("%s: %s", options.sParams.c_str(), sWarning.c_str());
+    }
+    FitParameters(options, kPhotoFileSize, params);
+    return params;
+}
+
+void FitParameters(const ParameterOptions& options, Size size, ToolParameters& params)
+{
+    if (options.sParams.empty() && options.sPreset == "photo") params.SetPhotoValues(size);
+    for (const std::string& sSet : options.vSets) params.Set(sSet);
+}
+
+std::string NameOf(const ParameterOptions& options)
+{
+    std::string sName = options.sParams.empty() ? "preset " + options.sPreset : options.sParams;
+    for (const std::string& sSet : options.vSets) sName += ", " + sSet;
+    return sName;
+}
+
+}  // namespace vkr::tool

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <exception>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "foundation/stage_probe.h"
+
+namespace vkr::tool {
+
+// One who looks on between the library's stages. Calls may come from several threads at once.
+class StageListener {
+public:
+    virtual ~StageListener() = default;
+    virtual void OnImage(const std::string& /*sName*/, const CImage& /*image*/) {}
+    virtual void OnShortImage(const std::string& /*sName*/, const CShortImage& /*image*/) {}
+    virtual void OnYuvImage(const std::string& /*sName*/, const CYuvImage& /*image*/) {}
+    virtual void OnPair(const AlignedPair& /*pair*/) {}
+};
+
+// The library knows one probe. This is it, for the life of this object, and hands everything on to all listeners, which
+// must live as long.
+class StageListeners {
+public:
+    explicit StageListeners(std::vector<StageListener*> vListeners);
+    ~StageListeners();
+    StageListeners(const StageListeners&) = delete;
+    StageListeners& operator=(const StageListeners&) = delete;
+
+    // Throws what a listener threw first. Nothing can be thrown through the library, so it waits here.
+    void Check() const;
+
+private:
+    static StageProbe MakeProbe(StageListeners* pThis);
+    template <class Fn>
+    void Tell(const Fn& fn);
+
+    std::vector<StageListener*> m_vListeners;
+    StageProbe m_probe;
+    std::mutex m_mutex;
+    std::exception_ptr m_pError;
+};
+
+}  // namespace vkr::tool
