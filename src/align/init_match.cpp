@@ -88,8 +88,10 @@ private:
             int32_t nLowest = nBest;
             return nBegin < nEnd && SearchPatches(patch, map.PatchAt(nBegin), nEnd - nBegin, nLowest) >= 0;
         };
-        for (int y = window.y0; y <= window.y1; ++y) {
-            const FeatureMap::Range row = map.Row(y, window.x0, window.x1);
+        // From the middle down, then from the top: a rival, which ends the search, is mostly near the centre.
+        const int nRows = window.y1 - window.y0 + 1;
+        for (int n = 0; n < nRows; ++n) {
+            const FeatureMap::Range row = map.Row(window.y0 + (n + nRows / 2) % nRows, window.x0, window.x1);
             const bool bSkip = nSkip >= row.nBegin && nSkip < row.nEnd;
             if (IsBetter(row.nBegin, bSkip ? nSkip : row.nEnd)) return true;
             if (bSkip && IsBetter(nSkip + 1, row.nEnd)) return true;

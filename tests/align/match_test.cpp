@@ -270,11 +270,12 @@ TEST(RefineMatchPair, EqualsTheSlowFormAndFindsAShift)
     std::mt19937 rng(45);
     int nKept = 0, nDropped = 0, nExact = 0;
     for (int nRun = 0; nRun < 40; ++nRun) {
-        const int w = nRun < 10 ? nRun : 90, h = nRun < 10 ? 10 - nRun : 70, nMatchLevel = nRun % 5;
+        const int w = nRun < 25 ? nRun : 90, h = nRun < 10 ? 10 - nRun : nRun + 3, nMatchLevel = nRun % 5;
         const Pyramids p(rng, w, h, nRun % 2 ? 255 : 2);
         const RefineMatchParams params{nMatchLevel, 1 + nRun % 12, 1 + nRun % 7, 30};
         Features vA = RandomFeatures(rng, 80, w, h), vB = RandomFeatures(rng, 80, w, h);
         for (int i = 0; i < 60; ++i) vB[i].x = vA[i].x + 6 + i % 4, vB[i].y = vA[i].y + 3 + i % 3;
+        for (int i = 60; i < 80; ++i) vB[i] = {w - 6 + i % 2, h / 2, -1, 7};  // blocks that just fit or just do not
         Features vWant[2];
         for (int i = 0; i < 80; ++i) {
             const bool bForth = vA[i].fResponse > vB[i].fResponse;
@@ -333,6 +334,22 @@ TEST_P(PatchSearchTest, EqualsTheScalarForm)
         EXPECT_EQ(SearchPatches(patch, vPatches.data(), nCount, nGot),
                   SearchPatchesScalar(patch, vPatches.data(), nCount, nWant));
         EXPECT_EQ(nGot, nWant);
+    }
+}
+
+// nBad samples of the middle row differ by nDiff: what is closest to being sifted out before its time.
+TEST_P(PatchSearchTest, FindsWhatIsJustGoodEnough)
+{
+    std::vector<uint8_t> vMemory(9 * 40 + kPatchReadAhead, 200);
+    for (int nDiff = 1; nDiff < 30; ++nDiff) {
+        for (int nBad = 1; nBad <= 9; ++nBad) {
+            Patch patch{};
+            for (int i = 0; i < 81; ++i) patch.vSamples[i / 9 * kPatchStride + i % 9] = 200;
+            for (int i = 0; i < nBad; ++i) patch.vSamples[4 * kPatchStride + i] = static_cast<uint8_t>(200 - nDiff);
+            PatchBest best{nBad * nDiff * nDiff + 1, -1, -1};
+            EXPECT_TRUE(SearchGrid(patch, {vMemory.data(), 40, 32, 1, -1, -1}, best)) << nDiff << " " << nBad;
+            EXPECT_FALSE(SearchGrid(patch, {vMemory.data(), 40, 32, 1, 3, 0}, best));
+        }
     }
 }
 INSTANTIATE_ON_ALL_TARGETS(PatchSearchTest);
