@@ -250,7 +250,8 @@ TEST_F(FeaturePointDetection, EqualsASlowOneFromAnyNumberOfThreads)
 {
     std::mt19937 rng(7);
     size_t nAll = 0;
-    for (const auto& [w, h] : {std::pair(7, 7), {8, 7}, {7, 30}, {40, 33}, {97, 61}, {150, 20}}) {
+    for (const auto& size : {std::pair(7, 7), {8, 7}, {7, 30}, {40, 33}, {97, 61}, {150, 20}}) {
+        const int w = size.first, h = size.second;
         for (int nRound = 0; nRound < 6; ++nRound) {
             TestImage image;
             DrawBoxes(rng, image, w, h, nRound % 3);
@@ -378,7 +379,8 @@ TEST_F(FeaturePointDetection, RefinementEqualsASlowOneAlsoPastTheBorder)
 {
     std::mt19937 rng(11);
     int nMoved = 0;
-    for (const auto& [w, h] : {std::pair(1, 1), {3, 5}, {11, 11}, {60, 47}}) {
+    for (const auto& size : {std::pair(1, 1), {3, 5}, {11, 11}, {60, 47}}) {
+        const int w = size.first, h = size.second;
         TestImage image;
         DrawBoxes(rng, image, w, h, 2);
         m_Detector.nHarris_K = 1 + w % 10;
