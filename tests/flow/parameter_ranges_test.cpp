@@ -30,7 +30,7 @@ TEST(ParameterRanges, EveryParameterAtItsBoundsRuns)
         for (const int nExposureNum : {1, 2, 3, 4}) {
             auto pEngine = EngineWithBurst(54, 42, nExposureNum);
             ForParameters(*pEngine, [&](ParamEntry& entry) { *entry.pValue = bHigh ? entry.nMax : entry.nMin; });
-            pEngine->m_AlignFilter.bDropAlignFail = 0;  // else the reference is left alone and needs no pyramid
+            pEngine->m_AlignFilter.bDropAlignFail = 0;       // else the reference is left alone and needs no pyramid
             const bool bFits = !bHigh || nExposureNum == 1;  // a top level of 1024 pixels leaves nothing to fuse
             EXPECT_EQ(bFits, !Fuse(*pEngine, nExposureNum, 0).empty()) << bHigh << ", " << nExposureNum << " frames";
         }
