@@ -27,3 +27,11 @@ if(VKRHDR_SANITIZE)
   add_link_options(-fsanitize=${VKRHDR_SANITIZE})
   set(VKRHDR_NO_UNDEFINED "")
 endif()
+
+# Bytes of the pool's regions that nobody may touch are told to the address sanitizer.
+if(VKRHDR_POOL_CHECK)
+  if(NOT VKRHDR_SANITIZE MATCHES "address")
+    message(FATAL_ERROR "VKRHDR_POOL_CHECK needs VKRHDR_SANITIZE=address")
+  endif()
+  target_compile_definitions(vkr_flags INTERFACE VKRHDR_POOL_CHECK)
+endif()

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "foundation/mem_pool.h"
+#include "support/parameter_file.h"
+#include "support/quiet_lines.h"
+#include "support/raw_memory.h"
+#include "support/test_burst.h"
+#include "vkrHdr.h"
+
+namespace vkr {
+namespace {
+
+// Bursts through the C interface over counted raw memory. The pool is held open around the engine, so that what the
+// engine leaves behind is seen.
+class MemoryTest : public testing::Test {
+protected:
+    void SetUp() override { PoolInit(0); }
+    void TearDown() override
+    {
+        EXPECT_EQ(0U, ReadPoolUse().nUsedBytes);
+        PoolRelease();
+        EXPECT_EQ(0U, m_raw.Live());
+    }
+
+    void InitEngine() { ASSERT_EQ(0, vkrHdrInit({m_file.Path(), nullptr, 0})); }
+
+    // 0, or -1 and nothing written.
+    int Burst(int w, int h, int nExposureNum)
+    {
+        for (int k = 0; k < nExposureNum; ++k) {
+            HostPicture picture = DrawExposure(w, h, k, nExposureNum);
+            const int nAdded = vkrHdrAddFrame(static_cast<uint32_t>(k), picture.Frame());
+            if (nAdded == 0) continue;
+            EXPECT_EQ(-1, nAdded);
+            return -1;
+        }
+        HostPicture out(w, h);
+        const int nRendered = vkrHdrRender(nExposureNum, nExposureNum / 2, 0, 1, nullptr, out.Frame());
+        if (nRendered != 0) {
+            EXPECT_EQ(-1, nRendered);
+            EXPECT_TRUE(out.Untouched());
+        }
+        return nRendered;
+    }
+
+    LinesScope m_lines;
+    ParameterFile m_file;
+    RawMemory m_raw;
+};
+
+// Takes every free byte of the pool but nLeft in one piece, and lets it grow no more, for one scope.
+class FullPool {
+public:
+    FullPool(RawMemory& raw, size_t nLeft) : m_Raw(raw)
+    {
+        void* pLeft = PoolAlloc(nLeft);
+        m_Raw.Refuse(0, SIZE_MAX);
+        for (size_t nBytes = 6U << 20; nBytes >= 64; nBytes /= 2) {
+            while (void* pBlock = PoolAlloc(nBytes)) m_vBlocks.push_back(pBlock);
+        }
+        PoolFree(pLeft);
+    }
+    ~FullPool()
+    {
+        for (void* pBlock : m_vBlocks) PoolFree(pBlock);
+        m_Raw.Refuse(0, 0);
+    }
+    FullPool(const FullPool&) = delete;
+    FullPool& operator=(const FullPool&) = delete;
+
+private:
+    RawMemory& m_Raw;
+    std::vector<void*> m_vBlocks;
+};
+
+TEST_F(MemoryTest, EveryRefusedRegionEndsInAnAnswer)
+{
+    for (const size_t nCount : {size_t{1}, SIZE_MAX / 2}) {
+        size_t nCalls = 0, nRefused = 0;
+        do {
+            SCOPED_TRACE(nRefused);
+            const size_t nBefore = m_raw.Calls();
+            m_raw.Refuse(nRefused, nCount);
+            InitEngine();
+            Burst(64, 48, 3);
+            nCalls = m_raw.Calls() - nBefore;
+            m_raw.Refuse(0, 0);
+            EXPECT_EQ(0, Burst(64, 48, 3));
+            EXPECT_EQ(0, vkrHdrUninit());
+            EXPECT_EQ(0U, ReadPoolUse().nUsedBytes);
+        } while (nRefused++ < nCalls);
+    }
+}
+
+// Less and less is left of a full pool: each of the burst's blocks is the one that fails, at one size or another.
+TEST_F(MemoryTest, EveryBlockThatFailsEndsInAnAnswer)
+{
+    int nFailed = 0;
+    for (size_t nLeft = 0;; nLeft += 2048) {
+        SCOPED_TRACE(nLeft);
+        InitEngine();
+        int nResult = 0;
+        {
+            const FullPool full(m_raw, nLeft);
+            nResult = Burst(48, 40, 3);
+        }
+        nFailed += nResult != 0;
+        EXPECT_EQ(0, Burst(48, 40, 3));
+        EXPECT_EQ(0, vkrHdrUninit());
+        ASSERT_EQ(0U, ReadPoolUse().nUsedBytes);
+        if (nLeft > 400000) break;
+    }
+    EXPECT_GT(nFailed, 20);
+}
+
+TEST_F(MemoryTest, LaterBurstsLeaveTheHeapAlone)
+{
+    InitEngine();
+    ASSERT_EQ(0, Burst(64, 48, 3));
+    ASSERT_EQ(0, Burst(120, 88, 5));
+    const PoolUse before = ReadPoolUse();
+    const size_t nCalls = m_raw.Calls();
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_EQ(0, Burst(64, 48, 3));
+        ASSERT_EQ(0, Burst(120, 88, 5));
+    }
+    const PoolUse after = ReadPoolUse();
+    EXPECT_EQ(before.nRegionBytes, after.nRegionBytes);
+    EXPECT_EQ(before.nUsedBytes, after.nUsedBytes);
+    EXPECT_EQ(before.nBlocks, after.nBlocks);
+    EXPECT_EQ(nCalls, m_raw.Calls());
+    vkrHdrUninit();
+}
+
+}  // namespace
+}  // namespace vkr
