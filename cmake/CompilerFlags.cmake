@@ -20,6 +20,12 @@ target_compile_options(vkr_flags INTERFACE
                        -ffp-contract=off -fno-fast-math -Wall -Wextra -Wshadow -Wundef -Wcast-qual -Wformat=2
                        $<$<BOOL:${VKRHDR_WERROR}>:-Werror>)
 
+# On 64-bit ARM the NEON form serves every core: vectors whose length only the machine knows can not be members.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
+  target_compile_definitions(vkr_flags INTERFACE
+                             "HWY_DISABLED_TARGETS=(HWY_SVE|HWY_SVE2|HWY_SVE_256|HWY_SVE2_128)")
+endif()
+
 # A shared library with undefined symbols is refused, except under sanitizers, whose runtime comes with the program.
 set(VKRHDR_NO_UNDEFINED -Wl,--no-undefined)
 if(VKRHDR_SANITIZE)

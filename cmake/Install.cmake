@@ -17,4 +17,5 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vkrhdr.pc DESTINATION ${CMAKE_INSTALL_
 install(FILES params/default.txt params/photo.txt DESTINATION ${CMAKE_INSTALL_DATADIR}/vkrhdr)
 if(VKRHDR_BUILD_TOOL)
   install(TARGETS vkrhdr RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES docs/vkrhdr.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()

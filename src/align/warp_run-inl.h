@@ -110,8 +110,8 @@ private:
 // Calls fnBlend(run, fx, fy, pOut) for the runs of nCells cells from nodes pNodes on, row by row; pOut takes kRun
 // samples. Of each of the nRows rows at pDst only nSamples are written.
 template <int nDim, class Blend>
-HWY_INLINE void WarpTile(const WarpSource<nDim>& src, const float* pNodes, int nCells, uint8_t* pDst, int nRows,
-                         int nSamples, const Blend& fnBlend)
+void WarpTile(const WarpSource<nDim>& src, const float* pNodes, int nCells, uint8_t* pDst, int nRows, int nSamples,
+              const Blend& fnBlend)
 {
     WarpPosition vColumns[2 * kTileCells];
     for (int i = 0; i < 2 * nCells; ++i) {
@@ -139,8 +139,7 @@ HWY_INLINE void WarpTile(const WarpSource<nDim>& src, const float* pNodes, int n
 
 // The row of cells, tile by tile.
 template <int nDim, class Blend>
-HWY_INLINE void WarpTiles(const WarpPlane& plane, const float* pNodes, int nCellRow, uint8_t* pDst,
-                          const Blend& fnBlend)
+void WarpTiles(const WarpPlane& plane, const float* pNodes, int nCellRow, uint8_t* pDst, const Blend& fnBlend)
 {
     const WarpSource<nDim> src(plane);
     const int nFirstRow = nCellRow * src.kCell, nRows = std::min(src.kCell, plane.nHeight - nFirstRow);

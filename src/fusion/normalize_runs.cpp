@@ -24,6 +24,12 @@ struct LanePick {
     V index, weight;
 };
 
+// The two largest. Never default-constructed: GCC gives such a constructor no instruction set.
+template <class V>
+struct LanePicks {
+    LanePick<V> first, second;
+};
+
 template <class M, class V>
 HWY_INLINE LanePick<V> Either(M mask, const LanePick<V>& yes, const LanePick<V>& no)
 {
@@ -44,15 +50,15 @@ HWY_INLINE Shares<V> ShareOut(D d, V r0, V r1, V r2)
 
 // The picks after two exposures, then the third: it is compared with the INDEX of the second pick.
 template <class D, class V = hn::Vec<D>>
-HWY_INLINE void PickTwo(D d, const Shares<V>& shares, LanePick<V>& first, LanePick<V>& second)
+HWY_INLINE LanePicks<V> PickTwo(D d, const Shares<V>& shares)
 {
     const LanePick<V> pick0{hn::Zero(d), shares.w0}, pick1{hn::Set(d, 1), shares.w1}, pick2{hn::Set(d, 2), shares.w2};
     const auto secondLeads = hn::Gt(pick1.weight, pick0.weight);
     const LanePick<V> lead = Either(secondLeads, pick1, pick0);
     const LanePick<V> rest = Either(secondLeads, pick0, pick1);
     const auto thirdLeads = hn::Gt(pick2.weight, lead.weight);
-    first = Either(thirdLeads, pick2, lead);
-    second = Either(thirdLeads, lead, Either(hn::Gt(pick2.weight, rest.index), pick2, rest));
+    return {Either(thirdLeads, pick2, lead),
+            Either(thirdLeads, lead, Either(hn::Gt(pick2.weight, rest.index), pick2, rest))};
 }
 
 // The weights of the lanes of d from x on.
@@ -65,8 +71,8 @@ HWY_INLINE void NormalizeLanes(D d, const uint8_t* const* vRaw, uint8_t* const* 
     const auto Load = [&](int k) HWY_ATTR { return hn::PromoteTo(d, hn::LoadU(d8, vRaw[k] + x)); };
     const V full = hn::Set(d, 128);
     Shares<V> out = ShareOut(d, Load(0), Load(1), Load(2));
-    LanePick<V> first, second;
-    PickTwo(d, out, first, second);
+    const LanePicks<V> picks = PickTwo(d, out);
+    const LanePick<V>&first = picks.first, &second = picks.second;
 
     V firstOut;
     if (bMax2) {
