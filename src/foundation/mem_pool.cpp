@@ -54,6 +54,11 @@ public:
     void Install(const RawAllocator& raw);
 
 private:
+    bool AddRegion(PoolFamily& family, size_t nBytes)
+    {
+        ++m_nRawCalls;
+        return family.AddRegion(nBytes, m_Raw);
+    }
     uintptr_t AllocateLocked(size_t nBytes, size_t nAsked, bool& bExtended);
 
     std::mutex m_Mutex;
@@ -61,6 +66,7 @@ private:
     PoolFamily m_Small, m_Big;  // requests up to kMaxSmallRequest, and above
     int32_t m_nRefCount = 0;
     size_t m_nRunningUse = 0, m_nPeakUse = 0;
+    size_t m_nRawCalls = 0;
 };
 
 MemPool g_Pool;
@@ -79,9 +85,9 @@ void MemPool::Init(uint64_t nBytes)
     if (bBig) {
         const uint64_t nBig = nBytes / 5 * 3 + nBytes % 5 * 3 / 5 + 0x400000;
         nSmall -= nBig;
-        m_Big.AddRegion(static_cast<size_t>(nBig), m_Raw);
+        AddRegion(m_Big, static_cast<size_t>(nBig));
     }
-    m_Small.AddRegion(static_cast<size_t>(nSmall), m_Raw);
+    AddRegion(m_Small, static_cast<size_t>(nSmall));
     if (++m_nRefCount == 1) {
         m_Small.RewindCursor();
         m_Big.RewindCursor();
@@ -108,7 +114,7 @@ uintptr_t MemPool::AllocateLocked(size_t nBytes, size_t nAsked, bool& bExtended)
     PoolFamily& family = bSmall ? m_Small : m_Big;
     const uintptr_t nStart = family.Allocate(nBytes, nAsked);
     if (nStart != 0) return nStart;
-    bExtended = family.AddRegion(bSmall ? kSmallRegion : BigRegionBytes(nBytes), m_Raw);
+    bExtended = AddRegion(family, bSmall ? kSmallRegion : BigRegionBytes(nBytes));
     return bExtended ? family.Allocate(nBytes, nAsked) : 0;
 }
 
@@ -145,7 +151,8 @@ PoolUse MemPool::Use()
             m_Small.Blocks() + m_Big.Blocks(),
             m_Small.UsedBytes() + m_Big.UsedBytes(),
             m_nRunningUse,
-            m_nPeakUse};
+            m_nPeakUse,
+            m_nRawCalls};
 }
 
 void MemPool::Install(const RawAllocator& raw)

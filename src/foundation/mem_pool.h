@@ -35,6 +35,7 @@ struct PoolUse {
     size_t nRegions, nRegionBytes;
     size_t nBlocks, nUsedBytes;  // blocks, free ones too; bytes in use, rounded up as they are taken
     size_t nRunningUse, nPeakUse;
+    size_t nRawCalls;  // how often raw memory was asked for since load
 };
 PoolUse ReadPoolUse();
 

@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "drawn_burst.h"
 #include "engine.h"
+#include "foundation/mem_pool.h"
 
 namespace vkr::tool {
 
@@ -48,11 +49,13 @@ long PeakKib()
 
 struct Totals {
     std::vector<int> vAddUs, vRenderUs, vTotalUs;
+    std::vector<int> vRawCalls;  // how often the pool asked the system for memory
 };
 
 void RunOnce(Engine& engine, const std::vector<Frame>& vFrames, Frame& result, Totals& totals)
 {
     const int nFrames = static_cast<int>(vFrames.size());
+    const size_t nRawCalls = ReadPoolUse().nRawCalls;
     const double fStart = NowInMs();
     for (int k = 0; k < nFrames; ++k) engine.AddFrame(k, vFrames[static_cast<size_t>(k)]);
     const double fAdded = NowInMs();
@@ -61,6 +64,7 @@ void RunOnce(Engine& engine, const std::vector<Frame>& vFrames, Frame& result, T
     totals.vAddUs.push_back(static_cast<int>((fAdded - fStart) * 1000));
     totals.vRenderUs.push_back(static_cast<int>((fEnd - fAdded) * 1000));
     totals.vTotalUs.push_back(static_cast<int>((fEnd - fStart) * 1000));
+    totals.vRawCalls.push_back(static_cast<int>(ReadPoolUse().nRawCalls - nRawCalls));
 }
 
 void PrintTotal(const char* pName, const std::vector<int>& vUs)
@@ -115,6 +119,7 @@ void RunBench(const BenchOptions& options, const CommonOptions& common)
     PrintTotal("adding the frames", totals.vAddUs);
     PrintTotal("rendering", totals.vRenderUs);
     PrintTotal("total", totals.vTotalUs);
+    std::printf("%-48s %8d\n", "regions the pool asked the system for, last burst", totals.vRawCalls.back());
     std::printf("%-48s %8ld\n", "peak memory, MiB", nPeak / 1024);
     std::printf("%-48s %8ld\n", "  of it the library's, MiB", (nPeak - nBefore) / 1024);
 }
