@@ -1,0 +1,155 @@
+#include <fuzzer/FuzzedDataProvider.h>
+#include <omp.h>
+#include <unistd.h>
+
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "foundation/log.h"
+#include "foundation/mem_pool.h"
+#include "fuzz_check.h"
+#include "interface/engine_lifecycle.h"
+#include "vkrHdr.h"
+
+// Whole bursts through the C interface: sizes, pitches, counts, references, faces, parameters inside their ranges and
+// pixels as the input says. A call answers 0 or -1, a refused burst leaves the result's planes alone, the bytes between
+// rows stay the host's, and what the engine took is back after vkrHdrUninit.
+
+namespace vkr {
+namespace {
+
+constexpr uint8_t kUnwritten = 0x5A;
+
+// Planes of exactly the bytes that a frame of this size and pitch has, so that an overrun meets the sanitizer.
+struct Picture {
+    Picture(int w, int h, int nPad)
+        : vLuma(Bytes(w, h, w + nPad), kUnwritten), vChroma(Bytes(w, h / 2, w + nPad), kUnwritten)
+    {
+        frame.nWidth = w;
+        frame.nHeight = h;
+        frame.pPlane[0] = vLuma.data();
+        frame.pPlane[1] = vChroma.data();
+        frame.nPitch[0] = frame.nPitch[1] = w + nPad;
+    }
+    static size_t Bytes(int w, int nRows, int nPitch) { return static_cast<size_t>(nRows - 1) * nPitch + w; }
+    bool Untouched() const
+    {
+        const auto All = [](const std::vector<uint8_t>& v) {
+            for (const uint8_t n : v) {
+                if (n != kUnwritten) return false;
+            }
+            return true;
+        };
+        return All(vLuma) && All(vChroma);
+    }
+    bool PaddingIntact() const
+    {
+        for (const std::vector<uint8_t>* pPlane : {&vLuma, &vChroma}) {
+            for (size_t i = 0; i < pPlane->size(); ++i) {
+                const bool bPadding = static_cast<int>(i % frame.nPitch[0]) >= frame.nWidth;
+                if (bPadding && (*pPlane)[i] != kUnwritten) return false;
+            }
+        }
+        return true;
+    }
+
+    std::vector<uint8_t> vLuma, vChroma;
+    vkrHdrFrame frame{};
+};
+
+int RandomSide(FuzzedDataProvider& data)
+{
+    const int nHalf = data.ConsumeIntegralInRange(1, 24);
+    return 2 * (nHalf == 24 ? data.ConsumeIntegralInRange(1, 300) : nHalf);
+}
+
+// Flat, noise, or blocks that move and brighten from frame to frame.
+void Paint(Picture& picture, int nKind, uint32_t nSeed, int nFrame)
+{
+    std::mt19937 rng(nSeed);
+    const int w = picture.frame.nWidth, nPitch = picture.frame.nPitch[0];
+    const auto PaintPlane = [&](std::vector<uint8_t>& vPlane, int nBase) {
+        for (size_t i = 0; i < vPlane.size(); ++i) {
+            const int x = static_cast<int>(i % nPitch), y = static_cast<int>(i / nPitch);
+            if (x >= w) continue;
+            const uint32_t nBlock = ((x + 3 * nFrame) / 7 * 31 + (y + nFrame) / 5 * 17 + nSeed) * 2654435761U;
+            vPlane[i] = static_cast<uint8_t>(nKind == 0   ? nBase
+                                             : nKind == 1 ? rng()
+                                                          : ((nBlock >> 24) << nFrame) / 8 + (nBase & 31));
+        }
+    };
+    PaintPlane(picture.vLuma, static_cast<int>(nSeed & 255));
+    PaintPlane(picture.vChroma, 128);
+}
+
+// Every parameter keeps its default or takes a value of its range; no debug files.
+void Turn(CFilter& filter, FuzzedDataProvider& data)
+{
+    for (ParamEntry& entry : filter.Params()) {
+        if (entry.sName.find("Dump") != std::string::npos) {
+            *entry.pValue = 0;
+        } else if (data.remaining_bytes() > 0 && data.ConsumeIntegralInRange(0, 7) == 0) {
+            *entry.pValue = data.ConsumeIntegralInRange(entry.nMin, entry.nMax);
+        }
+    }
+    if (auto* pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter)) {
+        for (CFilter* pSub : pFlow->Filters()) Turn(*pSub, data);
+    }
+}
+
+void RunBurst(FuzzedDataProvider& data)
+{
+    const int w = RandomSide(data), h = RandomSide(data), nPad = data.ConsumeIntegralInRange(0, 70);
+    const int nFrames = data.ConsumeIntegralInRange(1, 8), nKind = data.ConsumeIntegralInRange(0, 2);
+    const uint32_t nSeed = data.ConsumeIntegral<uint32_t>();
+    for (int k = 0; k < nFrames; ++k) {
+        Picture picture(w, h, nPad);
+        Paint(picture, nKind, nSeed, k);
+        FUZZ_CHECK(vkrHdrAddFrame(static_cast<uint32_t>(k), &picture.frame) == 0);
+    }
+    std::vector<vkrHdrRect> vRects(data.ConsumeIntegralInRange<size_t>(0, 3));
+    for (vkrHdrRect& rect : vRects) {
+        const bool bWild = data.ConsumeIntegralInRange(0, 7) == 0;
+        for (int32_t* p : {&rect.x1, &rect.y1, &rect.x2, &rect.y2}) {
+            *p = bWild ? data.ConsumeIntegral<int32_t>() : data.ConsumeIntegralInRange(-20, 700);
+        }
+    }
+    vSystemFaces faces{vRects.data(), vRects.data() + vRects.size(), vRects.data() + vRects.size()};
+    Picture out(w, h, data.ConsumeIntegralInRange(0, 9));
+    const int nCount = nFrames + (data.ConsumeIntegralInRange(0, 15) == 0),
+              nReference = data.ConsumeIntegralInRange(-1, 8);
+    const int nResult = vkrHdrRender(nCount, nReference, data.ConsumeIntegralInRange(-1, 4),
+                                     data.ConsumeIntegralInRange(1, 3), &faces, &out.frame);
+    FUZZ_CHECK(nResult == 0 || (nResult == -1 && out.Untouched()));
+    FUZZ_CHECK(out.PaddingIntact());
+}
+
+// The documented defaults, written once.
+const char* DefaultsPath()
+{
+    static const std::string sPath = [] {
+        std::string s = "/tmp/vkr_fuzz_" + std::to_string(getpid()) + ".txt";
+        FUZZ_CHECK(CMultiExposureHDRProcessFlowOpt().SaveParameterFile(s.c_str()));
+        std::atexit([] { std::remove(DefaultsPath()); });
+        return s;
+    }();
+    return sPath.c_str();
+}
+
+}  // namespace
+}  // namespace vkr
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nBytes)
+{
+    vkr::SetHdrPrintSink([](const char*) {});
+    FuzzedDataProvider data(pData, nBytes);
+    omp_set_num_threads(data.ConsumeIntegralInRange(0, 3) == 3 ? 2 : 1);
+    FUZZ_CHECK(vkrHdrInit({vkr::DefaultsPath(), nullptr, 0}) == 0);
+    vkr::Turn(*vkr::gVKRAlgoPool.load(), data);
+    for (int nBursts = data.ConsumeIntegralInRange(1, 2); nBursts > 0; --nBursts) vkr::RunBurst(data);
+    FUZZ_CHECK(vkrHdrUninit() == 0);
+    FUZZ_CHECK(vkr::ReadPoolUse().nUsedBytes == 0);
+    return 0;
+}
