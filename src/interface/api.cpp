@@ -137,10 +137,10 @@ int32_t vkrHdrUninit(void)
 
 const vkrHdrVersion* vkrHdrGetVersion(void)
 {
-    const vkr::CMultiExposureHDRProcessFlowOpt* pEngine = vkr::gVKRAlgoPool;
-    const char* pConfigVersion = pEngine != nullptr ? pEngine->GetConfigVersion() : nullptr;
-    if (pConfigVersion != nullptr) vkr::Report("cfg_version:%s\n", pConfigVersion);
-    return vkr::FillVersion(pConfigVersion);
+    char szConfigVersion[65];
+    const bool bEngine = vkr::ReadConfigVersion(szConfigVersion);
+    if (bEngine) vkr::Report("cfg_version:%s\n", szConfigVersion);
+    return vkr::FillVersion(bEngine ? szConfigVersion : nullptr);
 }
 
 int32_t vkrHdrAdvancedFeature(void)

@@ -1,8 +1,12 @@
 #include "interface/engine_lifecycle.h"
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
 #include <new>
+#include <vector>
 
+#include "flow/enciphered_parameters.h"
 #include "foundation/log.h"
 #include "foundation/mem_pool.h"
 #include "interface/report.h"
@@ -13,6 +17,16 @@ std::atomic<CMultiExposureHDRProcessFlowOpt*> gVKRAlgoPool{nullptr};
 std::mutex g_EngineMutex;
 
 namespace {
+
+// Held while the engine's version is read and while the engine is taken away, and no longer: a render never keeps
+// vkrHdrGetVersion waiting.
+std::mutex g_VersionMutex;
+
+CMultiExposureHDRProcessFlowOpt* TakeEngine()
+{
+    const std::lock_guard<std::mutex> lock(g_VersionMutex);
+    return gVKRAlgoPool.exchange(nullptr);
+}
 
 constexpr size_t kPoolBytes = 314572800;  // 300 MiB: a burst of three at 8 megapixels
 
@@ -26,12 +40,58 @@ CMultiExposureHDRProcessFlowOpt* NewEngine()
     }
 }
 
-bool CanOpen(const char* pPath)
+struct CloseFile {
+    void operator()(std::FILE* pFile) const { std::fclose(pFile); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+// Appends the rest of the file. False when it can not be read.
+bool ReadToEnd(std::FILE* pFile, std::vector<uint8_t>& vBytes)
 {
-    std::FILE* pFile = std::fopen(pPath, "rb");
-    if (pFile == nullptr) return false;
-    std::fclose(pFile);
-    return true;
+    uint8_t vPart[4096];
+    while (const size_t nPart = std::fread(vPart, 1, sizeof(vPart), pFile)) {
+        vBytes.insert(vBytes.end(), vPart, vPart + nPart);
+    }
+    return !std::ferror(pFile);
+}
+
+bool LoadEnciphered(const std::vector<uint8_t>& vFile, CMultiExposureHDRProcessFlowOpt& engine)
+{
+    switch (LoadEncipheredParameters(vFile.data(), vFile.size(), engine)) {
+        case EncipheredLoad::kDone:
+            return true;
+        case EncipheredLoad::kNotDeciphered:
+            Report("Load parameter file error\n");
+            break;
+        case EncipheredLoad::kNotParsed:
+            Report("Load from decypted parameter file error\n");
+            break;
+    }
+    EndEngine();
+    return false;
+}
+
+// A readable file that fails leaves the engine, unlike all other failures.
+bool LoadReadable(const char* pPath, CMultiExposureHDRProcessFlowOpt& engine)
+{
+    if (engine.LoadParameterFile(pPath)) return true;
+    Report("LoadParameterFile %s Fail!\n", pPath);
+    return false;
+}
+
+bool LoadParameters(const char* pPath, CMultiExposureHDRProcessFlowOpt& engine)
+{
+    File file(std::fopen(pPath, "rb"));
+    std::vector<uint8_t> vBytes(kEncipheredHead);
+    if (file) vBytes.resize(std::fread(vBytes.data(), 1, vBytes.size(), file.get()));
+    if (!file || std::ferror(file.get())) {
+        Report("Can not open parameter file:%s\n", pPath);
+        EndEngine();
+        return false;
+    }
+    if (!IsEnciphered(vBytes.data(), vBytes.size())) return LoadReadable(pPath, engine);
+    if (!ReadToEnd(file.get(), vBytes)) vBytes.clear();
+    return LoadEnciphered(vBytes, engine);
 }
 
 }  // namespace
@@ -49,23 +109,29 @@ bool MakeEngine(const char* pParamFilePath)
     gVKRAlgoPool = pEngine;
     HdrPrintf("new gVKRAlgoPool = %p\n", static_cast<void*>(pEngine));
     HdrLog(" ADDR %p\n", static_cast<void*>(pEngine));
-    if (!CanOpen(pParamFilePath)) {
-        Report("Can not open parameter file:%s\n", pParamFilePath);
+    try {
+        if (!LoadParameters(pParamFilePath, *pEngine)) return false;
+    } catch (const std::bad_alloc&) {
+        Report("vkrHdrInit: no memory for the parameter file\n");
         EndEngine();
-        return false;
-    }
-    if (!pEngine->LoadParameterFile(pParamFilePath)) {
-        Report("LoadParameterFile %s Fail!\n", pParamFilePath);
         return false;
     }
     HdrLog("vkrHdrInitDone");
     return true;
 }
 
+bool ReadConfigVersion(char (&szVersion)[65])
+{
+    const std::lock_guard<std::mutex> lock(g_VersionMutex);
+    const CMultiExposureHDRProcessFlowOpt* pEngine = gVKRAlgoPool;
+    if (pEngine != nullptr) std::memcpy(szVersion, pEngine->GetConfigVersion(), sizeof(szVersion));
+    return pEngine != nullptr;
+}
+
 void EndEngine()
 {
     const std::lock_guard<std::mutex> lock(g_EngineMutex);
-    CMultiExposureHDRProcessFlowOpt* pEngine = gVKRAlgoPool.exchange(nullptr);
+    CMultiExposureHDRProcessFlowOpt* pEngine = TakeEngine();
     if (pEngine != nullptr) {
         HdrPrintf("delete gVKRAlgoPool=%p\n", static_cast<void*>(pEngine));
         HdrLog(" ADDR %p\n", static_cast<void*>(pEngine));

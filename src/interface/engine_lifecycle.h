@@ -17,6 +17,9 @@ extern std::mutex g_EngineMutex;
 // engine; a file that does not parse leaves the engine with what was read so far.
 bool MakeEngine(const char* pParamFilePath);
 
+// Copies the engine's configuration version; false when there is no engine. From any thread, also while one renders.
+bool ReadConfigVersion(char (&szVersion)[65]);
+
 // Ends the engine, if there is one, and closes the pool once. Takes g_EngineMutex.
 void EndEngine();
 

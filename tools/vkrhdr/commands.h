@@ -41,6 +41,11 @@ struct ParamsOptions {
     bool bShipped = false;
 };
 
+struct EncipherOptions {
+    std::string sInput, sOutput;
+    std::string sConfigVersion;  // empty: none
+};
+
 struct DemoOptions {
     ParameterOptions parameters;
     std::string sFolder = "demo", sSize = "960x640";
@@ -56,12 +61,16 @@ struct BenchOptions {
 CLI::App* DefineFuse(CLI::App& app, FuseOptions& options);
 CLI::App* DefineAlign(CLI::App& app, AlignOptions& options);
 CLI::App* DefineParams(CLI::App& app, ParamsOptions& options);
+CLI::App* DefineEncipher(CLI::App& app, EncipherOptions& options);
+CLI::App* DefineDecipher(CLI::App& app, EncipherOptions& options);
 CLI::App* DefineDemo(CLI::App& app, DemoOptions& options);
 CLI::App* DefineBench(CLI::App& app, BenchOptions& options);
 
 void RunFuse(const FuseOptions& options, const CommonOptions& common);
 void RunAlign(const AlignOptions& options, const CommonOptions& common);
 void RunParams(const ParamsOptions& options);
+void RunEncipher(const EncipherOptions& options, const CommonOptions& common);
+void RunDecipher(const EncipherOptions& options);
 void RunDemo(const DemoOptions& options, const CommonOptions& common);
 void RunBench(const BenchOptions& options, const CommonOptions& common);
 

@@ -49,12 +49,15 @@ int Run(int argc, char** argv)
     FuseOptions fuse;
     AlignOptions align;
     ParamsOptions params;
+    EncipherOptions encipher, decipher;
     DemoOptions demo;
     BenchOptions bench;
     DefineCommon(app, common);
     const CLI::App* pFuse = DefineFuse(app, fuse);
     const CLI::App* pAlign = DefineAlign(app, align);
     const CLI::App* pParams = DefineParams(app, params);
+    const CLI::App* pEncipher = DefineEncipher(app, encipher);
+    const CLI::App* pDecipher = DefineDecipher(app, decipher);
     const CLI::App* pDemo = DefineDemo(app, demo);
     const CLI::App* pBench = DefineBench(app, bench);
     try {
@@ -68,6 +71,8 @@ int Run(int argc, char** argv)
     if (pFuse->parsed()) RunFuse(fuse, common);
     if (pAlign->parsed()) RunAlign(align, common);
     if (pParams->parsed()) RunParams(params);
+    if (pEncipher->parsed()) RunEncipher(encipher, common);
+    if (pDecipher->parsed()) RunDecipher(decipher);
     if (pDemo->parsed()) RunDemo(demo, common);
     if (pBench->parsed()) RunBench(bench, common);
     return 0;

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <vector>
 
+#include "flow/enciphered_parameters.h"
 #include "photo_preset.h"
 #include "tool_error.h"
 
@@ -67,6 +68,12 @@ int ParseValue(const std::string& sText, const ParamEntry& entry)
     return nValue;
 }
 
+[[noreturn]] void RefuseFile(const std::string& sPath, const std::string& sWhy)
+{
+    throw UsageError(
+        sPath + " is no parameter file that loads: " + (sWhy.empty() ? "vkrhdr params prints one that does" : sWhy));
+}
+
 }  // namespace
 
 ToolParameters::ToolParameters(Base base) : m_pFlow(std::make_unique<CMultiExposureHDRProcessFlowOpt>())
@@ -78,12 +85,19 @@ ToolParameters::ToolParameters(Base base) : m_pFlow(std::make_unique<CMultiExpos
 
 void ToolParameters::Load(const std::string& sPath, LibraryLines& lines, std::string& sWarning)
 {
+    const Bytes vFile = ReadWholeFile(sPath);
+    if (IsEnciphered(vFile.data(), vFile.size())) return LoadEnciphered(sPath, vFile, lines);
     lines.TakeLastMessage();
     const bool bLoaded = m_pFlow->LoadParameterFile(sPath.c_str());
     sWarning = lines.TakeLastMessage();
-    if (bLoaded) return;
-    throw UsageError(sPath + " is no parameter file that loads: " +
-                     (sWarning.empty() ? "vkrhdr params prints one that does" : sWarning));
+    if (!bLoaded) RefuseFile(sPath, sWarning);
+}
+
+void ToolParameters::LoadEnciphered(const std::string& sPath, const Bytes& vFile, LibraryLines& lines)
+{
+    lines.TakeLastMessage();
+    const EncipheredLoad load = LoadEncipheredParameters(vFile.data(), vFile.size(), *m_pFlow);
+    if (load != EncipheredLoad::kDone) RefuseFile(sPath, lines.TakeLastMessage());
 }
 
 ParamEntry& ToolParameters::FindEntry(const std::string& sFullName) const

@@ -7,6 +7,7 @@
 #include "flow/multi_exposure_flow.h"
 #include "library_lines.h"
 #include "picture_size.h"
+#include "whole_file.h"
 
 namespace vkr::tool {
 
@@ -22,9 +23,13 @@ public:
 
     explicit ToolParameters(Base base);
 
-    // Takes everything from a file in the library's text form. UsageError when it does not load. lines must be what
-    // holds the library's lines at present; sWarning receives what the library had to say though it loaded.
+    // Takes everything from a file in the library's text form, readable or enciphered. UsageError when it does not
+    // load. lines must be what holds the library's lines at present; sWarning receives what the library had to say
+    // though it loaded.
     void Load(const std::string& sPath, LibraryLines& lines, std::string& sWarning);
+
+    // The same from the bytes of an enciphered file; sPath is for the words.
+    void LoadEnciphered(const std::string& sPath, const Bytes& vFile, LibraryLines& lines);
 
     // "NAME=VALUE" for the flow's own, "Filter.NAME=VALUE" for those of its filters. UsageError, in one line, for an
     // unknown name or a value out of its range.
