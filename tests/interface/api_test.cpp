@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <limits>
+#include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "foundation/timing.h"
@@ -112,6 +115,35 @@ TEST_F(ApiTest, VersionKnowsTheConfigurationOnlyWithAnEngine)
     EXPECT_TRUE(m_lines.Contains("cfg_version:0.0.0.0\n"));
     vkrHdrUninit();
     EXPECT_EQ(nullptr, vkrHdrGetVersion()->pConfigVersion);
+}
+
+// One thread renders until there is no engine any more; another asks for the version, then ends the engine.
+TEST_F(ApiTest, AnotherThreadAsksAndEnds)
+{
+    AddBurst(32, 24, 2);
+    std::atomic<int> nRendered{0};
+    std::thread renderer([&] {
+        HostPicture out(32, 24);
+        while (vkrHdrRender(2, 0, 0, 1, nullptr, out.Frame()) == 0) ++nRendered;
+    });
+    while (nRendered < 3) EXPECT_STREQ("0.0.0.0", vkrHdrGetVersion()->pConfigVersion);
+    EXPECT_EQ(0, vkrHdrUninit());
+    EXPECT_EQ(nullptr, vkrHdrGetVersion()->pConfigVersion);
+    renderer.join();
+    EXPECT_TRUE(m_lines.Contains("no engine"));
+}
+
+// Two engines, of which the first is left behind, as the header tells; each end closes the pool once.
+TEST_F(ApiTest, InitAndUninitTwice)
+{
+    const std::unique_ptr<CMultiExposureHDRProcessFlowOpt> pReplaced(gVKRAlgoPool.load());
+    ASSERT_EQ(0, vkrHdrInit(InitParam(m_file.Path())));
+    EXPECT_NE(pReplaced.get(), gVKRAlgoPool.load());
+    Fuse(16, 16, 2, 0);
+    EXPECT_EQ(0, vkrHdrUninit());
+    EXPECT_EQ(0, vkrHdrUninit());
+    ASSERT_EQ(0, vkrHdrInit(InitParam(m_file.Path())));
+    Fuse(16, 16, 2, 0);
 }
 
 TEST_F(ApiTest, RefusesBadFrames)
