@@ -1,6 +1,9 @@
-# Everything comes from the system's packages; the two commands of the README install them.
+# Everything but TensorFlow Lite comes from the system's packages; the two commands of the README install them all.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(hwy REQUIRED IMPORTED_TARGET libhwy)
+if(VKRHDR_WITH_TFLITE)
+  include(TfLite)
+endif()
 
 if(VKRHDR_BUILD_TOOL)
   find_package(CLI11 REQUIRED)
@@ -10,6 +13,7 @@ if(VKRHDR_BUILD_TOOL)
 endif()
 if(VKRHDR_BUILD_TESTS)
   find_package(GTest REQUIRED)
+  find_path(VKRHDR_FLATBUFFERS_DIR flatbuffers/flatbuffers.h REQUIRED NO_CMAKE_FIND_ROOT_PATH)
 endif()
 if(VKRHDR_BUILD_BENCH)
   find_package(benchmark REQUIRED)

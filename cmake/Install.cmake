@@ -1,6 +1,17 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS VKRExposureFusion EXPORT vkrhdr-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# TensorFlow Lite lies beside the library that was built, and beside the one that is installed. Both trees take the same
+# paths: a path of the build tree that is rewritten is padded with empty ones, which mean the working directory.
+if(VKRHDR_WITH_TFLITE)
+  install(IMPORTED_RUNTIME_ARTIFACTS tflite LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(VKRExposureFusion PROPERTIES INSTALL_RPATH $ORIGIN BUILD_WITH_INSTALL_RPATH ON)
+  if(VKRHDR_BUILD_TOOL)
+    file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(vkrhdr PROPERTIES
+                          INSTALL_RPATH "$ORIGIN/${bin_to_lib};$ORIGIN/.." BUILD_WITH_INSTALL_RPATH ON)
+  endif()
+endif()
 install(FILES include/vkrHdr.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 install(EXPORT vkrhdr-targets NAMESPACE vkrhdr:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/vkrhdr)

@@ -96,10 +96,15 @@ VKR_HDR_API int32_t vkrHdrAddFrame(uint32_t nIndex, const vkrHdrFrame* pFrame);
  * Fuses the frames of slots 0 .. nExposureNum - 1 and writes the result into pOut, which has their size.
  *   nExposureNum         1 .. 8
  *   nReferenceExposure   0 .. nExposureNum - 1, the normally exposed frame: the others are aligned to it
- *   nOrientation         how the frames lie, 0 .. 3, for the face search
+ *   nOrientation         how the frames lie, for the search by the network: 0 upright, 1 and 3 a quarter turn to either
+ *                        side, 2 upside down; any other value finds no face
  *   nFaceSource          below 1: faces are searched by the network; from 1 up: pFaces is taken; 2 and 3 also draw
  *                        the boxes into the picture
  *   pFaces               may be null: no face
+ * Faces count only while the parameter bAIMask is 1. A burst without a face, or without one that is large enough,
+ * clears it in the engine: no later burst has a face until the next vkrHdrInit. The network is the file
+ * models/faceDetect_rgb_320x240.tflite under the working directory, loaded for every search: if it is missing or
+ * damaged, the process ends with status 1 and a line on standard error.
  *   -1   an argument out of its range, a slot never filled or of another size, no memory, or a burst too small to be
  *        fused (a few pixels); pOut is untouched then
  */

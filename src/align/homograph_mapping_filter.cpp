@@ -1,6 +1,7 @@
 #include "align/homograph_mapping_filter.h"
 
 #include "align/homograph_grid.h"
+#include "align/warp_image.h"
 #include "align/warp_rows.h"
 #include "foundation/image_scope.h"
 #include "foundation/parallel_rows.h"
@@ -48,6 +49,11 @@ bool CHomographMappingFilter::ProcessImage(const CYuvImage& src, CYuvImage& dst,
         WarpCellRow(chroma, grid.Row(j), j, dst.pUV);
     });
     return true;
+}
+
+bool CHomographMappingFilter::ProcessImage(const CImage& src, CImage& dst, const CMatrix& homography)
+{
+    return WarpImage(src, dst, homography);
 }
 
 }  // namespace vkr

@@ -8,8 +8,8 @@
 
 namespace vkr {
 
-// Warps a frame through a homography. The homography is evaluated on a grid of 16-pixel cells only; every cell moves as
-// a translation and a run of 8 luma samples shares one fractional position.
+// Warps a frame or a picture through a homography. That of a frame is evaluated on a grid of 16-pixel cells only; every
+// cell moves as a translation and a run of 8 luma samples shares one fractional position.
 class CHomographMappingFilter : public CFilter {
 public:
     void SetFilterName() override;
@@ -21,6 +21,9 @@ public:
     // column and row repeated, the borders are those of the padding). src and dst are two frames. Same bytes from any
     // number of threads. False when there was no memory, src is empty or homography is not 3 x 3.
     bool ProcessImage(const CYuvImage& src, CYuvImage& dst, const CMatrix& homography);
+
+    // A picture of three channels into dst, of the size that dst has, pixel by pixel: see WarpImage.
+    bool ProcessImage(const CImage& src, CImage& dst, const CMatrix& homography);
 
     int32_t bBicubicEnable = 0;     // kept with the parameters; the warp is bilinear
     int32_t nBoundaryOption = 0;    // kept with the parameters; the warp mirrors at the border

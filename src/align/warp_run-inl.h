@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "align/warp_position.h"
 #include "align/warp_rows.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -22,24 +23,6 @@ namespace {
 
 constexpr int kRun = 8;         // samples that share one position
 constexpr int kTileCells = 32;  // cells whose columns are worked out once for all rows; two tiles of lines fit the L1
-
-// A coordinate's whole part, 0 .. nSize - 1, and fraction, below 1.
-struct WarpPosition {
-    int nWhole;
-    float fPart;
-};
-
-// Mirrored once at each border, then clamped; not finite: 0.
-HWY_INLINE WarpPosition PositionInside(float fAt, int nSize)
-{
-    const float fLast = static_cast<float>(nSize - 1);
-    if (fAt < 0) fAt = -fAt;
-    if (fAt > fLast) fAt = 2 * fLast - fAt;
-    if (!(fAt > 0)) fAt = 0;
-    const int nWhole = static_cast<int>(fAt);
-    // The last index of a plane wider than 2^24 may have rounded up.
-    return {std::min(nWhole, nSize - 1), fAt - static_cast<float>(nWhole)};
-}
 
 // What a run reads: kRun samples and one pixel more, from two rows.
 struct WarpRun {

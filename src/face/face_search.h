@@ -1,14 +1,29 @@
 #pragma once
 
+#include <vector>
+
 #include "face/face_box.h"
+#include "face/face_box_record.h"
 #include "face/face_params.h"
 #include "foundation/image.h"
 
 namespace vkr {
 
-// The one face of a burst, in pixels of the working pictures, all zero when there is none. nFaceSource below 1 asks the
-// network on the upright reference picture (nOrientation 0 .. 3), from 1 up the host's faces (frame pixels) are taken.
+constexpr char kFaceModelPath[] = "models/faceDetect_rgb_320x240.tflite";  // relative to the working directory
+
+// The one face of a burst, in pixels of the working pictures: the largest that is wide or high enough, of equal ones
+// the first. All zero when there is none.
+//
+//   reference    B, G, R, the reference's working picture
+//   nFaceSource  below 1: FindFacesByNetwork; from 1 up: the nHostFaces rectangles at pHostFaces, frame pixels, halved
+//   bDump        the pictures that the network's search saw, and a line for each corner of its boxes
 FaceBox SearchFace(const CImage& reference, int nOrientation, int nFaceSource, const FaceBox* pHostFaces,
-                   int nHostFaces, const FaceParams& params);
+                   int nHostFaces, const FaceParams& params, bool bDump);
+
+// vBoxes receives all faces that the network finds in reference turned upright (see RotateUpright; nOrientation 0 as it
+// is, outside 0 .. 3 none is looked for), by falling score, in pixels of reference, not clipped. The model is loaded
+// from kFaceModelPath and given back within the call. A model that is missing or damaged ends the process: see
+// CTfModel.
+void FindFacesByNetwork(const CImage& reference, int nOrientation, bool bDump, std::vector<FaceBoxRecord>& vBoxes);
 
 }  // namespace vkr

@@ -68,7 +68,7 @@ void CMultiExposureHDRProcessFlow::RegisterParameters()
     // Spread of a face's levels above which its tone is left alone.
     PARAM(nBrightDarkFaceThres,              0,  1000,   150);
     PARAM(bUVOrder,                          0,     1,     0);  // first chroma byte of all frames: 0 Cb, 1 Cr
-    PARAM(nAIFaceHeightWidthThres,           0,  4000,   100);  // least height and width of a face, pixels
+    PARAM(nAIFaceHeightWidthThres,           0,  4000,   100);  // a face is wider or higher than this, half-size pixels
     PARAM(bHSVStretch,                       0,     1,     0);  // face tone by HSV stretch
     PARAM(bHSVTone,                          0,     1,     0);  // hue and saturation of the face follow the reference
     PARAM(bHSP2PTone,                        0,     1,     1);  // face curve by points

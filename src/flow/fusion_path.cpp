@@ -72,7 +72,7 @@ void CMultiExposureHDRProcessFlowOpt::FindFace(const Burst& burst, FlowTemporari
     Tic();
     if (bAIMask) {
         temp.m_FaceBox = SearchFace(temp.vWorkFrames[burst.nReference], burst.nOrientation, burst.nFaceSource,
-                                    burst.faces.pFaces, burst.faces.nCount, *this);
+                                    burst.faces.pFaces, burst.faces.nCount, *this, bDebugDumpEnable != 0);
         if (temp.m_FaceBox.x2 == 0 && temp.m_FaceBox.y2 == 0) bAIMask = 0;
     }
     Toc("====AI1");

@@ -1,0 +1,22 @@
+# The face network's runtime: TensorFlow Lite's C library, as tools/scripts/fetch_tflite leaves it. It is copied beside
+# our library, so that both the build tree and the installed one find it by a path relative to the library.
+set(VKRHDR_TFLITE_DIR ${CMAKE_CURRENT_SOURCE_DIR}/.deps/tflite CACHE PATH "What tools/scripts/fetch_tflite fetched")
+
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+  set(tflite_library ${VKRHDR_TFLITE_DIR}/linux_amd64/libtensorflowlite_c.so)
+elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
+  set(tflite_library ${VKRHDR_TFLITE_DIR}/linux_arm64/libtensorflowlite_c.so)
+else()
+  message(FATAL_ERROR "No TensorFlow Lite for ${CMAKE_SYSTEM_PROCESSOR}: configure with -DVKRHDR_WITH_TFLITE=OFF")
+endif()
+if(NOT EXISTS ${tflite_library})
+  message(FATAL_ERROR "No TensorFlow Lite: run tools/scripts/fetch_tflite, or configure with -DVKRHDR_WITH_TFLITE=OFF")
+endif()
+
+file(COPY ${tflite_library} DESTINATION ${CMAKE_CURRENT_BINARY_DIR})
+add_library(tflite SHARED IMPORTED)
+set_target_properties(tflite PROPERTIES
+                      IMPORTED_LOCATION ${CMAKE_CURRENT_BINARY_DIR}/libtensorflowlite_c.so
+                      IMPORTED_SONAME libtensorflowlite_c.so
+                      INTERFACE_INCLUDE_DIRECTORIES ${VKRHDR_TFLITE_DIR}/include)
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
