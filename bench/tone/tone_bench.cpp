@@ -10,7 +10,10 @@
 #include "tone/brightness_statistics.h"
 #include "tone/clip_saturation.h"
 #include "tone/edge_restore.h"
+#include "tone/face_tone_stretch.h"
 #include "tone/global_stretch.h"
+#include "tone/hsv_stretch_tone.h"
+#include "tone/hsv_tone.h"
 #include "tone/local_auto_curve_filter.h"
 #include "tone/stretch_rows.h"
 
@@ -82,6 +85,89 @@ void BM_GlobalStretch(benchmark::State& state)
     CountPixels(state, int64_t{kWidth} * kHeight);
 }
 BENCHMARK(BM_GlobalStretch)->Name("GlobalStretch")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// A burst with a face: the pictures that its tone reads, and the parameters. The face takes a fifth of the width.
+struct FaceBurst {
+    CShortImage fused{};
+    CImage reference{}, mask{}, out{};
+    FaceBox box = {800, 400, 1200, 1000};
+    FaceParams faceParams;
+    FaceToneParams hsvParams;
+    MeasuredFace face;
+    StretchLevels levels;
+
+    bool Make()
+    {
+        faceParams.nBrightDarkFaceThres = 1000;
+        faceParams.nFaceHighCombineWeight = 85;
+        faceParams.nFaceHistDropHighLightRate = faceParams.nFaceHistDropLowLightRate = 10;
+        for (int c = 0; c < 3; ++c) {
+            faceParams.nFaceHighThres[c] = 200;
+            faceParams.nFaceLowThres[c] = 100;
+        }
+        hsvParams.bHSVTone = hsvParams.bHSVSmooth = 1;
+        hsvParams.nHSVSmoothSize = 4;
+        hsvParams.nHSVHueChangeThres = 2;
+        if (!MakeFused(fused) || !MakeMask(mask) || !reference.Allocate(kWidth, kHeight)) return false;
+        for (size_t i = 0; i < reference.Samples(); ++i) {  // skin, more or less: red above green above blue
+            fused.pData[2 * i - i % 3] = static_cast<int16_t>(fused.pData[2 * i - i % 3] + 40 * (i % 3));
+            reference.pData[i] = static_cast<uint8_t>(std::clamp<int>(fused.pData[2 * i - i % 3] - 20, 0, 255));
+        }
+        return true;
+    }
+    ~FaceBurst()
+    {
+        fused.Release();
+        reference.Release();
+        mask.Release();
+        out.Release();
+    }
+};
+
+// All that a face costs more than it spares: both measurements and its stretch, beside GlobalStretch.
+void BM_FaceTone(benchmark::State& state)
+{
+    Silence();
+    FaceBurst burst;
+    if (!burst.Make()) return state.SkipWithError("no memory");
+    for (auto _ : state) {
+        int32_t bBrightDarkFace = 0;
+        StretchLevels levels;
+        GetReferenceFaceIntensity(burst.box, burst.reference, burst.faceParams, {}, burst.face.reference,
+                                  bBrightDarkFace);
+        GetFusionFaceIntensity(burst.box, burst.fused, 0, burst.faceParams, {}, bBrightDarkFace, burst.face.fusion);
+        FaceToneStretch(burst.fused, burst.reference, burst.mask, MakeParams(), burst.faceParams, {1, 1, 0}, burst.face,
+                        levels, burst.out);
+    }
+    CountPixels(state, int64_t{kWidth} * kHeight);
+}
+BENCHMARK(BM_FaceTone)->Name("FaceTone")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_HSVTone(benchmark::State& state)
+{
+    Silence();
+    FaceBurst burst;
+    if (!burst.Make() || !burst.out.CopyFrom(burst.reference)) return state.SkipWithError("no memory");
+    for (auto _ : state) HSVTone(burst.box, burst.reference, burst.hsvParams, 0, burst.out);
+    CountPixels(state, int64_t{kWidth} * kHeight);
+}
+BENCHMARK(BM_HSVTone)->Name("HSVTone")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// Argument: bHSP2PTone.
+void BM_HSVStretchTone(benchmark::State& state)
+{
+    Silence();
+    FaceBurst burst;
+    if (!burst.Make()) return state.SkipWithError("no memory");
+    burst.hsvParams.bHSP2PTone = static_cast<int32_t>(state.range(0));
+    for (auto _ : state) {
+        StretchLevels levels;
+        HSVStretchTone(burst.box, burst.fused, burst.reference, burst.mask, MakeParams(), burst.faceParams,
+                       burst.hsvParams, {1, 1, 0}, burst.face, levels, burst.out);
+    }
+    CountPixels(state, int64_t{kWidth} * kHeight);
+}
+BENCHMARK(BM_HSVStretchTone)->Name("HSVStretchTone")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_ClipSaturation(benchmark::State& state)
 {

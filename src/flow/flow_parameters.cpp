@@ -69,13 +69,13 @@ void CMultiExposureHDRProcessFlow::RegisterParameters()
     PARAM(nBrightDarkFaceThres,              0,  1000,   150);
     PARAM(bUVOrder,                          0,     1,     0);  // first chroma byte of all frames: 0 Cb, 1 Cr
     PARAM(nAIFaceHeightWidthThres,           0,  4000,   100);  // a face is wider or higher than this, half-size pixels
-    PARAM(bHSVStretch,                       0,     1,     0);  // face tone by HSV stretch
-    PARAM(bHSVTone,                          0,     1,     0);  // hue and saturation of the face follow the reference
-    PARAM(bHSP2PTone,                        0,     1,     1);  // face curve by points
-    // 1/256: its weight over the grey axis.
+    PARAM(bHSVStretch,                       0,     1,     0);  // one HSV stretch makes tone and colour, not the curve
+    PARAM(bHSVTone,                          0,     1,     0);  // hue and saturation follow the reference exposure
+    PARAM(bHSP2PTone,                        0,     1,     1);  // HSV stretch: colours follow pixel by pixel, 0 by skin
+    // 1/256: how far, by the reference's value, 16 levels apart.
     PARAM_ARRAY(nHSP2PToneWeight, 0, 256,  0, 0, 64, 192, 256, 256, 256, 256, 256, 256, 256, 256, 256, 192, 64, 0, 0);
-    PARAM(bHSVToneFace,                      0,     1,     0);  // the HSV tone acts on the face alone
-    PARAM(bHSVToneSeparate,                  0,     1,     0);  // face and background apart
+    PARAM(bHSVToneFace,                      0,     1,     0);  // in the face box alone; HSV stretch: on skin alone
+    PARAM(bHSVToneSeparate,                  0,     1,     0);  // measure the face box and the picture apart
     PARAM(nHSVHLowThres,                     0,   255,     5);  // skin: hue from
     PARAM(nHSVHHighThres,                    0,   255,    20);  // to
     PARAM(nHSVHTransit,                      0,   255,     2);  // fading over
@@ -85,20 +85,20 @@ void CMultiExposureHDRProcessFlow::RegisterParameters()
     PARAM(nHSVVLowThres,                     0,   255,   120);  // skin: value from
     PARAM(nHSVVHighThres,                    0,   255,   252);  // to
     PARAM(nHSVVTransit,                      0,   255,     5);  // fading over
-    PARAM(bHSVSmooth,                        0,     1,     1);  // smooth the skin's mask
-    PARAM(nHSVSmoothSize,                    0,    10,     4);  // rounds of that
-    PARAM(nFaceHighCombineWeight,            0,   256,    85);  // 1/256
-    // Grey values of a bright face: blue, green, red.
+    PARAM(bHSVSmooth,                        0,     1,     1);  // one part of the skin's correction for all colours
+    PARAM(nHSVSmoothSize,                    0,    10,     4);  // which part: n / 2^(n - 2), so 4 is all of it, 0 grey
+    PARAM(nFaceHighCombineWeight,            0,   256,    85);  // 1/256: a face's top level, from middle to greatest
+    // Most that a face may have, grey values: blue, green, red.
     PARAM_ARRAY(nFaceHighThres,                   0, 255,  220, 200, 200);
-    PARAM_ARRAY(nFaceLowThres,                    0, 255,  120, 100, 100);  // grey values of a dark face
-    PARAM(nHSVHueChangeThres,                0,     5,     2);  // most change of hue
+    PARAM_ARRAY(nFaceLowThres,                    0, 255,  120, 100, 100);  // and least
+    PARAM(nHSVHueChangeThres,                0,     5,     2);  // most change of hue, steps of 256 a circle
     PARAM(nFaceHistDropHighLightRate,        0,   100,    10);  // percent of a face's pixels left out at the bright end
     PARAM(nFaceHistDropLowLightRate,         0,   100,    10);  // percent at the dark end
 
     // Stretch and detail.
     PARAM(bKeepHighLightDetailEnable,        0,     1,     1);  // the white level follows the picture, else 255
     PARAM(bKeepDarkDetailEnable,             0,     1,     1);  // the black level follows the picture, else 0
-    PARAM(bAddHighFrequency,                 0,     1,     1);  // kept with the parameters
+    PARAM(bAddHighFrequency,                 0,     1,     1);  // face curve: detail goes through it, else behind it
     PARAM(nMaxHighLevel,                     0,   512,   287);  // limits of the white level
     PARAM(nMinHighLevel,                     0,   512,   224);
     PARAM(nMinLowLevel,                   -255,   255,   -32);  // limits of the black level
@@ -106,7 +106,7 @@ void CMultiExposureHDRProcessFlow::RegisterParameters()
     PARAM(nHLPercetage,                      0, 65536,   256);  // 1/65536 of the pixels beyond the white level
     PARAM(nDarkPercetage,                    0, 65536,   256);  // 1/65536 of the pixels beyond the black level
     PARAM(bBrightnessPRSV,                   0,     1,     1);  // a gamma brings the mean brightness back
-    PARAM(nOutGammaYThres,                   0,   255,   150);  // grey value, in the face's tone
+    PARAM(nOutGammaYThres,                   0,   255,   150);  // HSV stretch: no gamma from this mean on
     PARAM(nMaxGamma,                       100,   200,   150);  // 1/100
     // Brightness: 0 largest, 1 smallest, 2 mean, 3 luma, 4 green.
     PARAM(nHistStatType,                     0,     4,     0);

@@ -20,7 +20,7 @@ struct FlowParams {
     int32_t nEV0HighLightWeightSuppressThre = 0;  // kept with the parameters
     int32_t nGoodBrightnessTargetDropFailure[kMaxExposures] = {};
     int32_t bUVOrder = 0;           // 0: first chroma byte Cb, 1: Cr
-    int32_t bAddHighFrequency = 0;  // kept with the parameters
+    int32_t bAddHighFrequency = 0;  // face curve: detail goes through it
     int32_t nSaturateThre = 0;      // lowest saturation degree that is kept
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "face/face_box.h"
+#include "face/face_intensity.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image.h"
 #include "foundation/image_scope.h"
@@ -21,6 +22,7 @@ struct FlowTemporaries {
     CImage m_Tone{};                                // B, G, R at working size, later Y and chroma
     CYuvImage m_Upscaled{};                         // the tone picture at frame size
     FaceBox m_FaceBox;                              // working pixels; all zero: no face
+    MeasuredFace m_Face;                            // levels of its skin, zero until they are measured
 
 private:
     ImageScope<CImage[kMaxExposures]> m_Scope1{vAlignMasks};

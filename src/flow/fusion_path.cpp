@@ -1,9 +1,11 @@
+#include "face/face_intensity.h"
 #include "face/face_search.h"
 #include "flow/flow_temporaries.h"
 #include "flow/multi_exposure_flow.h"
 #include "flow/stage_thread.h"
 #include "foundation/bmp.h"
 #include "foundation/colour.h"
+#include "foundation/log.h"
 #include "foundation/stage_probe.h"
 #include "foundation/timing.h"
 #include "fusion/build_weight.h"
@@ -14,7 +16,10 @@
 #include "fusion/working_frames.h"
 #include "tone/edge_restore.h"
 #include "tone/face_marks.h"
+#include "tone/face_tone_stretch.h"
 #include "tone/global_stretch.h"
+#include "tone/hsv_stretch_tone.h"
+#include "tone/hsv_tone.h"
 
 namespace vkr {
 
@@ -34,9 +39,12 @@ bool CMultiExposureHDRProcessFlowOpt::FuseBurst(const Burst& burst, FlowTemporar
                                       bDebugDumpEnable, temp.m_Fused);
     Toc("==== ==== PyramidFusion Done");
     ProbeImage("fused", temp.m_Fused);
-    for (CImage& frame : temp.vWorkFrames) frame.Release();
+    for (CImage& frame : temp.vWorkFrames) {
+        const bool bToneReadsIt = ToneFollowsFace(temp) && &frame == &temp.vWorkFrames[burst.nReference];
+        if (!bToneReadsIt) frame.Release();
+    }
     for (CImage& level : temp.vWeights) level.Release();
-    if (!bFused || temp.m_Fused.Empty() || !MapTone(temp)) return false;
+    if (!bFused || temp.m_Fused.Empty() || !MapTone(burst, temp)) return false;
     MarkFaces(burst, temp);
     if (!UpscaleTone(temp)) return false;
     Tic();
@@ -75,7 +83,17 @@ void CMultiExposureHDRProcessFlowOpt::FindFace(const Burst& burst, FlowTemporari
                                     burst.faces.pFaces, burst.faces.nCount, *this, bDebugDumpEnable != 0);
         if (temp.m_FaceBox.x2 == 0 && temp.m_FaceBox.y2 == 0) bAIMask = 0;
     }
+    if (bAIMask) AimAtFace(burst, temp);
     Toc("====AI1");
+}
+
+// The weights of the reference exposure aim at the brightness of its face.
+void CMultiExposureHDRProcessFlowOpt::AimAtFace(const Burst& burst, FlowTemporaries& temp)
+{
+    GetReferenceFaceIntensity(temp.m_FaceBox, temp.vWorkFrames[burst.nReference], *this,
+                              {bHSVStretch, bDebugDumpEnable}, temp.m_Face.reference, m_bBrightDarkFace);
+    m_FaceIntensity = FaceBrightness(temp.m_Face.reference, nFusionWeightSelect);
+    HdrPrintf("m_FaceIntensity %i\n", m_FaceIntensity);
 }
 
 // Weights on a thread of their own beside ghost detection, then what ghosts change in them.
@@ -129,17 +147,49 @@ void CMultiExposureHDRProcessFlowOpt::GiveGhostsTheirExposure(const Burst& burst
     if (embedding == GhostEmbedding::kWholePicture) bCheckSatuEnable = 0;
 }
 
-bool CMultiExposureHDRProcessFlowOpt::MapTone(FlowTemporaries& temp)
+// A face of too wide a spread has left its mark: its tone is not followed, in this burst and those after it.
+bool CMultiExposureHDRProcessFlowOpt::ToneFollowsFace(const FlowTemporaries& temp) const
 {
-    if (!GlobalStretch(temp.m_Fused, temp.m_SatuMask, bCheckSatuEnable, *this, bDebugDumpEnable, *this, temp.m_Tone)) {
-        return false;
-    }
+    return bAIMask && int64_t{temp.m_FaceBox.x2} + temp.m_FaceBox.y2 != 0 && !m_bBrightDarkFace;
+}
+
+bool CMultiExposureHDRProcessFlowOpt::MapTone(const Burst& burst, FlowTemporaries& temp)
+{
+    CImage& reference = temp.vWorkFrames[burst.nReference];  // as re-linearisation left it; empty without a face
+    const bool bDone = ToneFollowsFace(temp) ? MapFaceTone(reference, temp)
+                                             : GlobalStretch(temp.m_Fused, temp.m_SatuMask, bCheckSatuEnable, *this,
+                                                             bDebugDumpEnable, *this, temp.m_Tone);
+    reference.Release();
+    if (!bDone) return false;
     temp.m_Fused.Release();
     ProbeImage("stretched", temp.m_Tone);
     if (!(bAIMask && bHSVTone) && bContrastEnable && !m_LocalCurve.ProcessImage(temp.m_Tone)) return false;
     ProbeImage("tone", temp.m_Tone);
     if (bDebugDumpEnable) SaveBmp(temp.m_Tone, "Dump/BeforeToYUV.bmp", true);
     return true;
+}
+
+// The fused face is measured against the black level of the burst before, and before the saturated base is clipped.
+bool CMultiExposureHDRProcessFlowOpt::MapFaceTone(const CImage& reference, FlowTemporaries& temp)
+{
+    const FaceStretchFlags flags = {bCheckSatuEnable, bAddHighFrequency, bDebugDumpEnable};
+    GetFusionFaceIntensity(temp.m_FaceBox, temp.m_Fused, m_nLowLevel, *this, {bHSVStretch, bDebugDumpEnable},
+                           m_bBrightDarkFace, temp.m_Face.fusion);
+    if (bHSVStretch) {
+        return HSVStretchTone(temp.m_FaceBox, temp.m_Fused, reference, temp.m_SatuMask, *this, *this, *this, flags,
+                              temp.m_Face, *this, temp.m_Tone);
+    }
+    if (!FaceToneStretch(temp.m_Fused, reference, temp.m_SatuMask, *this, *this, flags, temp.m_Face, *this,
+                         temp.m_Tone)) {
+        return false;
+    }
+    return !bHSVTone || CorrectFaceColour(reference, temp);
+}
+
+bool CMultiExposureHDRProcessFlowOpt::CorrectFaceColour(const CImage& reference, FlowTemporaries& temp)
+{
+    const auto Correct = bHSVToneFace ? HSVToneFace : HSVTone;
+    return Correct(temp.m_FaceBox, reference, *this, bDebugDumpEnable, temp.m_Tone);
 }
 
 void CMultiExposureHDRProcessFlowOpt::MarkFaces(const Burst& burst, FlowTemporaries& temp)

@@ -91,10 +91,14 @@ private:
     bool MakeWorkingFrames(const Burst& burst, FlowTemporaries& temp);
     bool MarkSaturation(FlowTemporaries& temp);
     void FindFace(const Burst& burst, FlowTemporaries& temp);
+    void AimAtFace(const Burst& burst, FlowTemporaries& temp);
     bool WeighExposures(const Burst& burst, FlowTemporaries& temp);
     bool EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp);
     void GiveGhostsTheirExposure(const Burst& burst, FlowTemporaries& temp);
-    bool MapTone(FlowTemporaries& temp);
+    bool ToneFollowsFace(const FlowTemporaries& temp) const;
+    bool MapTone(const Burst& burst, FlowTemporaries& temp);
+    bool MapFaceTone(const CImage& reference, FlowTemporaries& temp);
+    bool CorrectFaceColour(const CImage& reference, FlowTemporaries& temp);
     void MarkFaces(const Burst& burst, FlowTemporaries& temp);
     bool UpscaleTone(FlowTemporaries& temp);
     bool RestoreEdges(FlowTemporaries& temp, CYuvImage& output);

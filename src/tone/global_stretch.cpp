@@ -6,9 +6,9 @@
 #include "foundation/fixed_point.h"
 #include "foundation/heap_buffer.h"
 #include "foundation/log.h"
-#include "foundation/parallel_rows.h"
 #include "tone/brightness_statistics.h"
 #include "tone/clip_saturation.h"
+#include "tone/fused_dump.h"
 #include "tone/stretch_levels.h"
 #include "tone/stretch_rows.h"
 #include "tone/tone_curve.h"
@@ -17,40 +17,14 @@ namespace vkr {
 
 namespace {
 
-// The base alone (nHigh 0) or with its high frequencies (nHigh 1), clipped to 8 bits.
-void FillUnstretched(const CShortImage& fused, int nHigh, CImage& out)
-{
-    ParallelRows(fused.nHeight, [&](RowBlock rows) {
-        for (int y = rows.nBegin; y < rows.nEnd; ++y) {
-            const int16_t* pIn = fused.Row(y);
-            uint8_t* pOut = out.Row(y);
-            for (int x = 0; x < fused.nWidth; ++x, pIn += 6, pOut += 3) {
-                for (int c = 0; c < 3; ++c) pOut[c] = ClampU8(pIn[c] + nHigh * pIn[3 + c]);
-            }
-        }
-    });
-}
-
-void DumpUnstretched(const CShortImage& fused, CImage& out)
-{
-    FillUnstretched(fused, 1, out);
-    SaveBmp(out, "Dump/FusionWithHighFeq.bmp", true);
-    FillUnstretched(fused, 0, out);
-    SaveBmp(out, "Dump/FusionNoHighFeq.bmp", true);
-}
-
 // Brings the levels up to date and makes the gain that takes them to 0 .. 255; without a keep-detail flag the base
 // passes through.
 bool ChooseGain(const CShortImage& fused, const ToneParams& params, StretchLevels& levels, StretchGain& gain)
 {
     gain = {0, 256, 256};
-    if (!params.bKeepHighLightDetailEnable && !params.bKeepDarkDetailEnable) return true;
+    if (!KeepsDetail(params)) return true;
 
-    HeapBuffer<int32_t> hist;
-    if (!hist.AllocateZero(static_cast<size_t>(BrightnessBins(params)))) return false;
-    if (!GetBrightnessHistogram(fused, params, hist.Data())) return false;
-    GetStretchLevels(hist.Data(), int64_t{fused.nWidth} * fused.nHeight, params, levels);
-
+    if (!FollowStretchLevels(fused, params, levels)) return false;
     gain.nLow = levels.m_nLowLevel;
     gain.nScale = DivOrZero(65280, levels.m_nHighLevel - levels.m_nLowLevel);  // 255 in 8.8
     gain.nHighGain = std::max(gain.nScale, 256);
@@ -80,7 +54,7 @@ bool Stretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const T
     const int32_t nInMean = GetMeanBrightness(fused, params.nHistStatType);
     HdrPrintf("InMean=%d\n", nInMean);
     if (!out.Allocate(fused.nWidth, fused.nHeight)) return false;
-    if (bDump) DumpUnstretched(fused, out);
+    if (bDump) DumpFused(fused, out);
 
     StretchGain gain;
     if (!ChooseGain(fused, params, levels, gain)) return false;

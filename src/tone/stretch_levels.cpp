@@ -1,6 +1,8 @@
 #include "tone/stretch_levels.h"
 
 #include "foundation/fixed_point.h"
+#include "foundation/heap_buffer.h"
+#include "tone/brightness_statistics.h"
 
 namespace vkr {
 
@@ -59,6 +61,20 @@ void GetStretchLevels(const int32_t* pHist, int64_t nPixelCount, const ToneParam
     }
     levels.m_nLowLevel = Approach(levels.m_nLowLevel, nLowTarget, params.nLowLevelStep);
     levels.m_nHighLevel = Approach(levels.m_nHighLevel, nHighTarget, params.nHighLevelStep);
+}
+
+bool KeepsDetail(const ToneParams& params)
+{
+    return params.bKeepHighLightDetailEnable || params.bKeepDarkDetailEnable;
+}
+
+bool FollowStretchLevels(const CShortImage& fused, const ToneParams& params, StretchLevels& levels)
+{
+    HeapBuffer<int32_t> hist;
+    if (!hist.AllocateZero(static_cast<size_t>(BrightnessBins(params)))) return false;
+    if (!GetBrightnessHistogram(fused, params, hist.Data())) return false;
+    GetStretchLevels(hist.Data(), int64_t{fused.nWidth} * fused.nHeight, params, levels);
+    return true;
 }
 
 }  // namespace vkr

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "foundation/image.h"
 #include "tone/tone_params.h"
 
 namespace vkr {
@@ -16,5 +17,11 @@ namespace vkr {
 // how much of the way one burst goes, 16 all of it. Every setting of the parameters is served, limits in wrong order as
 // well.
 void GetStretchLevels(const int32_t* pHist, int64_t nPixelCount, const ToneParams& params, StretchLevels& levels);
+
+// One of the keep-detail flags is set: the levels follow the pictures.
+bool KeepsDetail(const ToneParams& params);
+
+// Moves the levels by the histogram of a fused picture (nDim 6). False, levels untouched, when there was no memory.
+bool FollowStretchLevels(const CShortImage& fused, const ToneParams& params, StretchLevels& levels);
 
 }  // namespace vkr

@@ -17,4 +17,8 @@ struct GammaLut {
 // floats. True if the curve is applied.
 bool BuildGammaLut(int32_t nInMean, int32_t nOutMean, const ToneParams& params, GammaLut& gammaLut);
 
+// The same curve for the HSV stretch, which makes a dark picture brighter but leaves a bright one: nOutMean also has to
+// lie below nOutGammaYThres, and a gamma below 1.0 leaves the identity. Means 1 .. 255.
+bool BuildBoostLut(int32_t nInMean, int32_t nOutMean, const ToneParams& params, GammaLut& gammaLut);
+
 }  // namespace vkr

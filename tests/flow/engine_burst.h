@@ -25,10 +25,11 @@ inline std::unique_ptr<CMultiExposureHDRProcessFlowOpt> EngineWithBurst(int w, i
 }
 
 // The result of a burst; empty when the engine refused it.
-inline std::vector<uint8_t> Fuse(CMultiExposureHDRProcessFlowOpt& engine, int nExposureNum, int nReference)
+inline std::vector<uint8_t> Fuse(CMultiExposureHDRProcessFlowOpt& engine, int nExposureNum, int nReference,
+                                 const HostFaces& faces = {})
 {
     TestYuvImage output;
-    if (!engine.ProcessImage(nExposureNum, nReference, HostFaces{}, 0, 1, output)) return {};
+    if (!engine.ProcessImage(nExposureNum, nReference, faces, 0, 1, output)) return {};
     return Samples(output);
 }
 

@@ -50,6 +50,8 @@ TEST(ParameterRanges, RandomSettingsRunOnRandomPictures)
             *entry.pValue = static_cast<int32_t>(entry.nMin + static_cast<int64_t>(rng()) % nSpan);
         });
         pEngine->nTopLevel = static_cast<int32_t>(rng() % 3);
+        pEngine->nAIFaceHeightWidthThres = static_cast<int32_t>(rng() % 16);
+        const FaceBox face = {static_cast<int32_t>(rng() % 50) - 20, -8, static_cast<int32_t>(rng() % 200), 60};
         if (nRun % 2 == 0) {
             for (int k = 0; k < nExposureNum; ++k) {
                 CYuvImage& slot = pEngine->m_YuvFrames[k];
@@ -57,7 +59,7 @@ TEST(ParameterRanges, RandomSettingsRunOnRandomPictures)
             }
         }
         SCOPED_TRACE(testing::Message() << "run " << nRun << ": " << w << "x" << h << ", " << nExposureNum);
-        const auto vPixels = Fuse(*pEngine, nExposureNum, static_cast<int>(rng() % nExposureNum));
+        const auto vPixels = Fuse(*pEngine, nExposureNum, static_cast<int>(rng() % nExposureNum), {&face, 1});
         const int nTop = 1 << pEngine->nTopLevel;
         const bool bFits = nExposureNum == 1 || (w / 2 > nTop && h / 2 > nTop);
         const bool bMayBeAlone = pEngine->m_AlignFilter.bDropAlignFail != 0;
