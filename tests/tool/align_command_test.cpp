@@ -73,6 +73,13 @@ protected:
         WriteFrames({Part(vScene[0], 20, 20), Part(vScene[1], 26, 16), Part(vScene[2], 24, 24)});
     }
 
+    // As above, 40 to the left and 32 up: beyond the reach of the first attempt.
+    void WriteShaken()
+    {
+        const std::vector<Frame> vScene = DrawnFrames(kWidth + 100, kHeight + 100);
+        WriteFrames({Part(vScene[0], 50, 50), Part(vScene[1], 50, 50), Part(vScene[2], 10, 18)});
+    }
+
     ToolRun Run(const Names& vArguments)
     {
         const ToolRun run = RunTool(m_folder, With(vArguments, kRaw));
@@ -157,6 +164,38 @@ TEST_F(AlignCommand, KeepsWhatIsDroppedAfterwards)
     for (int k = 0; k < 3; ++k) {
         EXPECT_TRUE(std::filesystem::exists(m_folder.Path("out/aligned_" + std::to_string(k) + ".png"))) << k;
     }
+}
+
+TEST_F(AlignCommand, BringsAShakenFrameNearFirst)
+{
+    WriteShaken();
+    const Names vAlign = {"align", "a.yuv", "b.yuv", "c.yuv", "-o", "out"};
+    const ToolRun once = Run(With(vAlign, {"--set", "CMultipleImagesAlignFilter.bDropAlignFail=0"}));
+    EXPECT_NE(std::string::npos, once.sOut.find("could not be aligned")) << once.sOut;
+    const ToolRun run = Run(vAlign);
+    EXPECT_EQ(std::string::npos, run.sOut.find("could not be aligned")) << run.sOut;
+    EXPECT_NE(std::string::npos, run.sErr.find("vkrhdr: c.yuv is moved by -40, -32 pixels")) << run.sErr;
+    const Raster there = RgbFromFrame(Part(DrawnFrames(kWidth + 100, kHeight + 100)[2], 50, 50));
+    EXPECT_LT(MeanDistance(there, Png("out/aligned_2.png"), 48),
+              0.3 * MeanDistance(there, RgbFromFrame(m_vFrames[2]), 48));
+}
+
+// The darkest frame stands on its head; the others keep their numbers and their ratio.
+TEST_F(AlignCommand, LeavesOutWhatBelongsNowhere)
+{
+    WriteMoved();
+    std::reverse(m_vFrames[0].vY.begin(), m_vFrames[0].vY.end());
+    WriteFrames(m_vFrames);
+    const ToolRun run = Run({"align", "a.yuv", "b.yuv", "c.yuv", "-o", "out"});
+    EXPECT_NE(std::string::npos, run.sErr.find("a.yuv and what is darker is left out")) << run.sErr;
+    ASSERT_EQ(1u, Lines(run.sOut).size()) << run.sOut;
+    EXPECT_EQ(0u, run.sOut.find("1 2: features")) << run.sOut;
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("out/aligned_0.png")));
+    EXPECT_EQ(RgbFromFrame(m_vFrames[1]).vSamples, Png("out/aligned_1.png").vSamples);
+    const ToolRun fused = Run({"fuse", "a.yuv", "b.yuv", "c.yuv", "-o", "out.jpg", "--stages", "stages"});
+    EXPECT_NE(std::string::npos, fused.sErr.find("a.yuv and what is darker is left out")) << fused.sErr;
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("stages/aligned2.png")));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path("stages/aligned1_2.png")));
 }
 
 // Beside all else that looks between the stages.

@@ -274,12 +274,41 @@ TEST_F(FuseCommand, ObeysParametersFromFileAndLine)
 {
     const Names vNames = WriteRaws("yuv"), vRaw = {"--raw", "nv12", "--size", "160x120"};
     ExpectFused(Fuse(vNames, "plain.raw", vRaw));
-    ExpectFused(Fuse(vNames, "set.raw", With(vRaw, {"--set", "bContrastEnable=0", "--set", "nMaxGamma=100"})));
-    EXPECT_NE(File("plain.raw"), File("set.raw"));
-    const Names vPrint = {"params", "--set", "bContrastEnable=0", "--set", "nMaxGamma=100"};
-    WriteParams(With(vPrint, {"--for", "160x120"}));  // as fuse chooses by the size of the frames
+    const Names vSets = {"--set", "bContrastEnable=0", "--set", "nMaxGamma=100",
+                         "--set", "nRatio_0=40",       "--set", "nRatio_1=50"};
+    ExpectFused(Fuse(vNames, "set.raw", With(vRaw, vSets)));
+    WriteParams(With({"params", "--for", "160x120"}, vSets));  // as fuse chooses by the size of the frames
     ExpectFused(Fuse(vNames, "file.raw", With(vRaw, {"--params", "params.txt"})));
+    EXPECT_NE(File("plain.raw"), File("set.raw"));
     EXPECT_EQ(File("set.raw"), File("file.raw"));
+}
+
+// The drawn exposures are two stops apart. Nothing can be measured in flat ones that are too dark or blown out.
+TEST_F(FuseCommand, MeasuresTheExposureRatios)
+{
+    const Names vNames = WriteJpegs(), vVerbose = {"--verbose"};
+    const auto says = [&](const Names& vArguments, const std::string& sLine) {
+        const ToolRun run = Fuse(vNames, "out.jpg", With(vVerbose, vArguments));
+        EXPECT_NE(std::string::npos, run.sErr.find(sLine)) << sLine << "\n" << run.sErr;
+    };
+    says({}, "nRatio_0=4");
+    says({"--set", "nRatio_0=100"}, "nRatio_0=100: 0.jpg to 1.jpg, 6.25 times");
+    says({"--preset", "default"}, "nRatio_0=32: ");
+    for (size_t k = 0; k < 3; ++k) {
+        std::fill(m_vFrames[k].vY.begin(), m_vFrames[k].vY.end(), static_cast<uint8_t>(k == 0 ? 3 : 250 + k));
+        std::fill(m_vFrames[k].vUV.begin(), m_vFrames[k].vUV.end(), uint8_t{128});
+    }
+    WriteJpegs();
+    says({}, "nRatio_0=32: ");
+}
+
+TEST_F(FuseCommand, SaysWhereExifDiffersFromWhatIsMeasured)
+{
+    const ToolRun near = Fuse(WriteTagged({{"1/80", "", ""}, {"1/20", "", ""}, {"1/5", "", ""}}), "out.jpg");
+    EXPECT_EQ(std::string::npos, near.sErr.find("by EXIF; ")) << near.sErr;
+    const ToolRun far = Fuse(WriteTagged({{"1/80", "", ""}, {"1/20", "", ""}, {"1/1", "", ""}}), "out.jpg");
+    EXPECT_EQ(std::string::npos, far.sErr.find("0.jpg to 1.jpg")) << far.sErr;
+    EXPECT_NE(std::string::npos, far.sErr.find("20.00 by EXIF; taken as measured")) << far.sErr;
 }
 
 TEST_F(FuseCommand, TakesThePresetThatIsNamed)

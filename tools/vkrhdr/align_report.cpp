@@ -16,10 +16,10 @@ std::string Number(double fValue)
 
 }  // namespace
 
-std::string PairLine(const AlignedPair& pair)
+std::string PairLine(const AlignedPair& pair, int nFirst)
 {
-    std::string sLine = std::to_string(pair.nFirst) + " " + std::to_string(pair.nSecond) + ": features " +
-                        std::to_string(pair.nFeatures[0]) + " " + std::to_string(pair.nFeatures[1]) +
+    std::string sLine = std::to_string(pair.nFirst + nFirst) + " " + std::to_string(pair.nSecond + nFirst) +
+                        ": features " + std::to_string(pair.nFeatures[0]) + " " + std::to_string(pair.nFeatures[1]) +
                         ", initial matches " + std::to_string(pair.nInitMatches) + ", refined matches " +
                         std::to_string(pair.nRefinedMatches) + ", inliers " + std::to_string(pair.nInliers);
     if (!pair.bAligned) return sLine + ", could not be aligned";

@@ -29,13 +29,13 @@ void AlignedPictures::OnYuvImage(const std::string& sName, const CYuvImage& imag
     if (k >= 0) m_vFrames[k] = FrameOf(image, m_bCrFirst);
 }
 
-int AlignedPictures::Write(const std::string& sFolder) const
+int AlignedPictures::Write(const std::string& sFolder, int nFirst) const
 {
     for (const auto& [k, frame] : m_vFrames) {
-        WriteWholeFile(sFolder + "/aligned_" + std::to_string(k) + ".png", WritePng(RgbFromFrame(frame)));
+        WriteWholeFile(sFolder + "/aligned_" + std::to_string(k + nFirst) + ".png", WritePng(RgbFromFrame(frame)));
     }
     for (const auto& [k, mask] : m_vMasks) {
-        WriteWholeFile(sFolder + "/mask_" + std::to_string(k) + ".png", WritePng(mask));
+        WriteWholeFile(sFolder + "/mask_" + std::to_string(k + nFirst) + ".png", WritePng(mask));
     }
     return static_cast<int>(m_vFrames.size());
 }

@@ -16,8 +16,9 @@ public:
     void OnImage(const std::string& sName, const CImage& image) override;
     void OnYuvImage(const std::string& sName, const CYuvImage& image) override;
 
-    // aligned_<k>.png in colour and mask_<k>.png in grey, k the exposure, 0 the darkest. Returns the number of frames.
-    int Write(const std::string& sFolder) const;
+    // aligned_<k>.png in colour and mask_<k>.png in grey, k the exposure, nFirst the darkest. Returns the number of
+    // frames.
+    int Write(const std::string& sFolder, int nFirst) const;
 
 private:
     bool m_bCrFirst;

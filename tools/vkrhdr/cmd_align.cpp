@@ -5,6 +5,7 @@
 #include "aligned_pictures.h"
 #include "commands.h"
 #include "library_lines.h"
+#include "second_attempt.h"
 #include "stop_watch.h"
 #include "tool_error.h"
 
@@ -12,9 +13,27 @@ namespace vkr::tool {
 
 namespace {
 
-void PrintPairs(const PairReports& reports)
+struct Alignment {
+    std::vector<AlignedPair> vPairs;
+    AlignedPictures pictures;
+};
+
+// The whole burst is fused, as vkrhdr fuse does it; what is kept is what the stages after alignment were given.
+Alignment AlignBurst(const ToolParameters& params, LibraryLines& lines, const PhotoBurst& burst)
 {
-    for (const AlignedPair& pair : reports.Pairs()) std::printf("%s\n", PairLine(pair).c_str());
+    PairReports reports;
+    Alignment alignment{{}, AlignedPictures(burst.vPhotos[0].frame.bCrFirst)};
+    const StageListeners listeners({&reports, &alignment.pictures});
+    Engine engine(params, lines);
+    RenderBurst(engine, burst);
+    listeners.Check();
+    alignment.vPairs = reports.Pairs();
+    return alignment;
+}
+
+void PrintPairs(const std::vector<AlignedPair>& vPairs, int nFirst)
+{
+    for (const AlignedPair& pair : vPairs) std::printf("%s\n", PairLine(pair, nFirst).c_str());
     if (std::fflush(stdout) != 0) throw BurstError("standard output can not be written");
 }
 
@@ -34,29 +53,26 @@ CLI::App* DefineAlign(CLI::App& app, AlignOptions& options)
     return pCommand;
 }
 
-// The whole burst is fused, as vkrhdr fuse does it; what is kept is what the stages after alignment were given.
 void RunAlign(const AlignOptions& options, const CommonOptions& common)
 {
     CheckBurst(options.burst);
     LibraryLines lines(common.bVerbose);
     ToolParameters params = LoadParameters(options.parameters, lines);
-    const PhotoBurst burst = ReadBurst(options.burst);
-    FitParameters(options.parameters, burst.FrameSize(), params);
+    PhotoBurst burst = ReadBurst(options.burst);
+    FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
     params.SetChromaOrder(options.burst.IsCrFirst());
     MakeFolder(options.sFolder);
 
-    PairReports reports;
-    AlignedPictures pictures(options.burst.IsCrFirst());
-    {
-        const StopWatch watch;
-        const StageListeners listeners({&reports, &pictures});
-        Engine engine(params, lines);
-        RenderBurst(engine, burst);
-        listeners.Check();
-        Say("aligned and fused in %d ms", watch.Ms());
+    const StopWatch watch;
+    Alignment alignment = AlignBurst(params, lines, burst);
+    if (MayTryAgain(options.parameters, alignment.vPairs) &&
+        TryAgain(options.parameters, alignment.vPairs, burst, params)) {
+        alignment = AlignBurst(params, lines, burst);
     }
-    Say("wrote %d frames and their masks to %s", pictures.Write(options.sFolder), options.sFolder.c_str());
-    PrintPairs(reports);
+    Say("aligned and fused in %d ms", watch.Ms());
+    Say("wrote %d frames and their masks to %s", alignment.pictures.Write(options.sFolder, burst.nFirst),
+        options.sFolder.c_str());
+    PrintPairs(alignment.vPairs, burst.nFirst);
 }
 
 }  // namespace vkr::tool

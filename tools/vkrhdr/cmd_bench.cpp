@@ -97,8 +97,8 @@ void RunBench(const BenchOptions& options, const CommonOptions& common)
     scene.nExposures = options.nExposures;
     LibraryLines lines(common.bVerbose);
     ToolParameters params = LoadParameters(options.parameters, lines);
-    FitParameters(options.parameters, size, params);
     const std::vector<Frame> vFrames = DrawBurst(scene);
+    FitParameters(options.parameters, RatioFramesOf(vFrames), common.bVerbose, params);
     Frame result;
     result.Resize(size.nWidth, size.nHeight);
 

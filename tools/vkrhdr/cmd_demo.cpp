@@ -74,9 +74,9 @@ void RunDemo(const DemoOptions& options, const CommonOptions& common)
     scene.nExposures = options.nExposures;
     LibraryLines lines(common.bVerbose);
     ToolParameters params = LoadParameters(options.parameters, lines);
-    FitParameters(options.parameters, size, params);
     MakeFolder(options.sFolder);
     const std::vector<Frame> vFrames = DrawBurst(scene);
+    FitParameters(options.parameters, RatioFramesOf(vFrames), common.bVerbose, params);
     const Frame result = FuseDrawn(vFrames, params, lines);
     for (size_t k = 0; k < vFrames.size(); ++k) {
         WriteWholeFile(options.sFolder + "/frame" + std::to_string(k) + ".jpg", WriteJpeg(vFrames[k], kQuality));

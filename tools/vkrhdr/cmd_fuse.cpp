@@ -8,6 +8,7 @@
 #include "colour_convert.h"
 #include "commands.h"
 #include "library_lines.h"
+#include "second_attempt.h"
 #include "stage_pictures.h"
 #include "stop_watch.h"
 #include "tool_error.h"
@@ -55,37 +56,54 @@ void MakeDumpFolders(const std::string& sFolder)
     }
 }
 
-void SayFailedPairs(const PairReports& reports, const ToolParameters& params, const PhotoBurst& burst)
+void SayFailedPairs(const std::vector<AlignedPair>& vPairs, const ToolParameters& params, const PhotoBurst& burst)
 {
     const bool bDropped = params.Get("CMultipleImagesAlignFilter.bDropAlignFail") != 0;
-    for (const AlignedPair& pair : reports.Pairs()) {
+    for (const AlignedPair& pair : vPairs) {
         if (!pair.bAligned) Say("%s", FailureLine(pair, burst.Names(), burst.nReference, bDropped).c_str());
     }
 }
 
-// The render with what the user wants to see of it.
-Frame FuseBurst(const FuseOptions& options, const ToolParameters& params, LibraryLines& lines, const PhotoBurst& burst)
+struct Fusion {
+    Frame result;
+    std::vector<AlignedPair> vPairs;
+};
+
+// One render. pStages: who else looks on, or null.
+Fusion RenderOnce(const ToolParameters& params, LibraryLines& lines, const PhotoBurst& burst, StagePictures* pStages)
 {
     PairReports reports;
-    std::optional<StagePictures> stages;
     std::vector<StageListener*> vListeners = {&reports};
-    if (!options.sStageFolder.empty()) {
-        vListeners.push_back(&stages.emplace(options.sStageFolder, options.burst.IsCrFirst()));
-    }
+    if (pStages != nullptr) vListeners.push_back(pStages);
+    lines.Times() = {};
+    const StageListeners listeners(vListeners);
+    Engine engine(params, lines);
+    Fusion fusion{RenderBurst(engine, burst), reports.Pairs()};
+    listeners.Check();
+    return fusion;
+}
+
+// The render with what the user wants to see of it, and a second one where alignment needs another attempt.
+Frame FuseBurst(const FuseOptions& options, ToolParameters& params, LibraryLines& lines, PhotoBurst& burst)
+{
+    std::optional<StagePictures> stages;
+    if (!options.sStageFolder.empty()) stages.emplace(options.sStageFolder, options.burst.IsCrFirst());
+    StagePictures* const pStages = stages ? &*stages : nullptr;
     std::optional<WorkingFolder> folder;
     if (!options.sDumpFolder.empty()) {
         MakeDumpFolders(options.sDumpFolder);
         folder.emplace(options.sDumpFolder);
     }
     const StopWatch watch;
-    const StageListeners listeners(vListeners);
-    Engine engine(params, lines);
-    Frame result = RenderBurst(engine, burst);
-    SayFailedPairs(reports, params, burst);
+    Fusion fusion = RenderOnce(params, lines, burst, pStages);
+    if (MayTryAgain(options.parameters, fusion.vPairs) && TryAgain(options.parameters, fusion.vPairs, burst, params)) {
+        if (stages) stages->TakeBack();
+        fusion = RenderOnce(params, lines, burst, pStages);
+    }
+    SayFailedPairs(fusion.vPairs, params, burst);
     Say("fused in %d ms", watch.Ms());
-    listeners.Check();
     if (stages) Say("wrote %d stage pictures to %s", stages->Count(), options.sStageFolder.c_str());
-    return result;
+    return std::move(fusion.result);
 }
 
 Bytes EncodeResult(const FuseOptions& options, const Frame& result, const Photo& reference)
@@ -128,8 +146,8 @@ void RunFuse(const FuseOptions& options, const CommonOptions& common)
     LibraryLines lines(common.bVerbose);
     ToolParameters params = LoadParameters(options.parameters, lines);
     if (!options.sDumpFolder.empty()) params.SwitchDumpsOn();
-    const PhotoBurst burst = ReadBurst(options.burst);
-    FitParameters(options.parameters, burst.FrameSize(), params);
+    PhotoBurst burst = ReadBurst(options.burst);
+    FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
     params.SetChromaOrder(options.burst.IsCrFirst());
     const Frame result = FuseBurst(options, params, lines, burst);
     WriteWholeFile(options.sOutput, EncodeResult(options, result, burst.Reference()));

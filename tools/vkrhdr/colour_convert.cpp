@@ -27,6 +27,14 @@ void LumaRow(const uint8_t* pRgb, uint8_t* pY, int nCount)
     }
 }
 
+void MeanRow(const uint8_t* pUpper, const uint8_t* pLower, uint8_t* pMean, int nCount)
+{
+    for (int x = 0; x < nCount; ++x) {
+        pMean[x] =
+            static_cast<uint8_t>((pUpper[2 * x] + pUpper[2 * x + 1] + pLower[2 * x] + pLower[2 * x + 1] + 2) >> 2);
+    }
+}
+
 // Sums of four pixels, hence two more bits to drop.
 void ChromaRow(const uint8_t* pUpper, const uint8_t* pLower, uint8_t* pUV, int nPairs)
 {
@@ -97,6 +105,22 @@ Raster RgbFromFrame(const Frame& frame)
         const uint8_t* pUV = frame.vUV.data();
         RaiseChromaRow(pUV + nNear * nWidth, pUV + nFar * nWidth, vRaised.data(), frame.nWidth / 2);
         RgbRow(frame.vY.data() + y * nWidth, vRaised.data(), frame.bCrFirst, rgb.Row(y), frame.nWidth);
+    }
+    return rgb;
+}
+
+Raster HalfRgbFromFrame(const Frame& frame)
+{
+    Raster rgb;
+    rgb.Resize(frame.nWidth / 2, frame.nHeight / 2, 3);
+    Bytes vLuma(static_cast<size_t>(rgb.nWidth));
+    std::vector<int> vRaised(vLuma.size() * 2);
+    const size_t nWidth = static_cast<size_t>(frame.nWidth);
+    for (int y = 0; y < rgb.nHeight; ++y) {
+        MeanRow(frame.vY.data() + 2 * y * nWidth, frame.vY.data() + (2 * y + 1) * nWidth, vLuma.data(), rgb.nWidth);
+        std::transform(frame.vUV.begin() + y * nWidth, frame.vUV.begin() + (y + 1) * nWidth, vRaised.begin(),
+                       [](uint8_t n) { return 16 * n; });
+        RgbRow(vLuma.data(), vRaised.data(), frame.bCrFirst, rgb.Row(y), rgb.nWidth);
     }
     return rgb;
 }

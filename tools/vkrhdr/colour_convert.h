@@ -16,6 +16,9 @@ Frame FrameFromRgb(const Raster& rgb, const std::string& sName);
 // Chroma is raised to full size by the triangle filter (3/4 of the nearer, 1/4 of the farther pair, each way).
 Raster RgbFromFrame(const Frame& frame);
 
+// The frame at half size: every chroma pair with the mean of its four samples of luma, rounded.
+Raster HalfRgbFromFrame(const Frame& frame);
+
 // The picture as its EXIF orientation 1 .. 8 wants to be seen; anything else leaves it as it is.
 Raster TurnUpright(const Raster& raster, int nExifOrientation);
 

@@ -35,4 +35,11 @@ std::vector<Frame> DrawBurst(const SceneParams& params)
     return vFrames;
 }
 
+std::vector<RatioFrame> RatioFramesOf(const std::vector<Frame>& vFrames)
+{
+    std::vector<RatioFrame> vRatioFrames;
+    for (const Frame& frame : vFrames) vRatioFrames.push_back({&frame, "frame " + std::to_string(vRatioFrames.size())});
+    return vRatioFrames;
+}
+
 }  // namespace vkr::tool

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "burst_ratios.h"
 #include "picture_io.h"
 #include "scene/demo_scene.h"
 
@@ -9,5 +10,8 @@ namespace vkr::tool {
 
 // The drawn scene as frames of our own, darkest first. BurstError when there is no memory or a parameter is refused.
 std::vector<Frame> DrawBurst(const SceneParams& params);
+
+// They must live as long. Their names are their numbers.
+std::vector<RatioFrame> RatioFramesOf(const std::vector<Frame>& vFrames);
 
 }  // namespace vkr::tool

@@ -1,11 +1,38 @@
 #include "parameter_options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "commands.h"
 #include "photo_preset.h"
 
 namespace vkr::tool {
+
+namespace {
+
+void SetSingleValues(const ParameterOptions& options, ToolParameters& params)
+{
+    for (const std::string& sSet : options.vSets) params.Set(sSet);
+}
+
+}  // namespace
+
+std::vector<std::string> ParameterOptions::SetNames() const
+{
+    const std::string sFlow = "CMultiExposureHDRProcessFlow.";
+    std::vector<std::string> vNames;
+    for (const std::string& sSet : vSets) {
+        const std::string sName = sSet.substr(0, sSet.find('='));
+        vNames.push_back(sName.rfind(sFlow, 0) == 0 ? sName.substr(sFlow.size()) : sName);
+    }
+    return vNames;
+}
+
+bool ParameterOptions::Sets(const std::string& sName) const
+{
+    const std::vector<std::string> vNames = SetNames();
+    return std::find(vNames.begin(), vNames.end(), sName) != vNames.end();
+}
 
 void DefinePreset(CLI::App& command, std::string& sPreset)
 {
@@ -38,14 +65,20 @@ ToolParameters LoadParameters(const ParameterOptions& options, LibraryLines& lin
         params.Load(options.sParams, lines, sWarning);
         if (!sWarning.empty()) Say("%s: %s", options.sParams.c_str(), sWarning.c_str());
     }
-    FitParameters(options, kPhotoFileSize, params);
+    if (options.IsPhoto()) params.SetPhotoValues(kPhotoFileSize);
+    SetSingleValues(options, params);
     return params;
 }
 
-void FitParameters(const ParameterOptions& options, Size size, ToolParameters& params)
+void FitParameters(const ParameterOptions& options, const std::vector<RatioFrame>& vFrames, bool bVerbose,
+                   ToolParameters& params)
 {
-    if (options.sParams.empty() && options.sPreset == "photo") params.SetPhotoValues(size);
-    for (const std::string& sSet : options.vSets) params.Set(sSet);
+    if (options.IsPhoto()) {
+        params.SetPhotoValues({vFrames[0].pFrame->nWidth, vFrames[0].pFrame->nHeight});
+        SetMeasuredRatios(vFrames, options.SetNames(), params);
+    }
+    SetSingleValues(options, params);
+    if (bVerbose) SayRatios(vFrames, params);
 }
 
 std::string NameOf(const ParameterOptions& options)

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "burst_ratios.h"
 #include "picture_size.h"
 #include "tool_parameters.h"
 
@@ -16,6 +17,12 @@ namespace vkr::tool {
 struct ParameterOptions {
     std::string sPreset = "photo", sParams;
     std::vector<std::string> vSets;
+
+    bool IsPhoto() const { return sParams.empty() && sPreset == "photo"; }
+
+    // The parameters that the single values name, the flow's own without a filter in front.
+    std::vector<std::string> SetNames() const;
+    bool Sets(const std::string& sName) const;
 };
 
 void DefineParameters(CLI::App& command, ParameterOptions& options);
@@ -26,8 +33,10 @@ void DefineSets(CLI::App& command, std::vector<std::string>& vSets);
 // makes the library say goes to standard error. lines must be what holds the library's lines at present.
 ToolParameters LoadParameters(const ParameterOptions& options, LibraryLines& lines);
 
-// What depends on the pictures' size, where the preset has any of it, and the single values over all.
-void FitParameters(const ParameterOptions& options, Size size, ToolParameters& params);
+// What depends on the pictures, where the preset has any of it: their size, and the light that each got. The single
+// values go over all. With bVerbose the exposure ratios are told on standard error.
+void FitParameters(const ParameterOptions& options, const std::vector<RatioFrame>& vFrames, bool bVerbose,
+                   ToolParameters& params);
 
 // "preset photo", or the path of the file; with what stands on top.
 std::string NameOf(const ParameterOptions& options);

@@ -118,6 +118,13 @@ std::vector<std::string> PhotoBurst::Names() const
     return vNames;
 }
 
+std::vector<RatioFrame> PhotoBurst::RatioFrames() const
+{
+    std::vector<RatioFrame> vFrames;
+    for (const Photo& photo : vPhotos) vFrames.push_back({&photo.frame, photo.sName, photo.info.fExposure});
+    return vFrames;
+}
+
 PhotoBurst ReadBurst(const BurstOptions& options)
 {
     const StopWatch watch;

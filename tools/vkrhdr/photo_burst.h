@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "burst_order.h"
+#include "burst_ratios.h"
 #include "engine.h"
 #include "exif_io.h"
 #include "picture_io.h"
@@ -42,10 +43,12 @@ struct Photo {
 struct PhotoBurst {
     std::vector<Photo> vPhotos;
     int nReference = 0;
+    int nFirst = 0;  // the darkest's number among those that were read; above 0 once darker ones were left out
 
     const Photo& Reference() const { return vPhotos[static_cast<size_t>(nReference)]; }
     Size FrameSize() const { return {vPhotos[0].frame.nWidth, vPhotos[0].frame.nHeight}; }
     std::vector<std::string> Names() const;
+    std::vector<RatioFrame> RatioFrames() const;
 };
 
 // Says on standard error what was read, and how it is ordered.

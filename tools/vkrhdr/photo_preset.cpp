@@ -63,6 +63,14 @@ const PhotoValue kPhotoValues[] = {
     // fail, half of them at 640 x 480. Real bursts that align have 53 % and more, those that can not 31 % and less.
     {"CMultipleImagesAlignFilter.nRANSACPsThre_0",    All(40)},
 };
+
+// The second attempt's. What lies near is found on a finer level, which has more corners; more samples are drawn; and two
+// pixels are near enough, since nothing fits better where the camera was not only turned but moved.
+const PhotoValue kTolerantValues[] = {
+    {"CMultipleImagesAlignFilter.nFeatureMatchLevel", {1, 2, 3}},
+    {"CMultipleImagesAlignFilter.nRANSACMaxIt",       All(1000)},
+    {"CMultipleImagesAlignFilter.nRANSACThre_1",      All(2)},
+};
 // clang-format on
 
 size_t SizeClass(Size size)
@@ -72,16 +80,27 @@ size_t SizeClass(Size size)
     return static_cast<size_t>(pBound - std::begin(kUpToMegapixels));
 }
 
+template <size_t nCount>
+std::vector<std::string> AssignmentsOf(const PhotoValue (&vValues)[nCount], Size size)
+{
+    const size_t nClass = SizeClass(size);
+    std::vector<std::string> vAssignments;
+    for (const PhotoValue& value : vValues) {
+        vAssignments.push_back(std::string(value.pName) + "=" + std::to_string(value.vValues[nClass]));
+    }
+    return vAssignments;
+}
+
 }  // namespace
 
 std::vector<std::string> PhotoAssignments(Size size)
 {
-    const size_t nClass = SizeClass(size);
-    std::vector<std::string> vAssignments;
-    for (const PhotoValue& value : kPhotoValues) {
-        vAssignments.push_back(std::string(value.pName) + "=" + std::to_string(value.vValues[nClass]));
-    }
-    return vAssignments;
+    return AssignmentsOf(kPhotoValues, size);
+}
+
+std::vector<std::string> TolerantAssignments(Size size)
+{
+    return AssignmentsOf(kTolerantValues, size);
 }
 
 }  // namespace vkr::tool

@@ -21,10 +21,18 @@ void StagePictures::WriteStage(const std::string& sName, const Raster& raster)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const int nTime = ++m_vSeen[sName];
-        ++m_nCount;
         sPath = m_sFolder + "/" + sName + (nTime > 1 ? "_" + std::to_string(nTime) : "") + ".png";
+        m_vPaths.push_back(sPath);
     }
     WriteWholeFile(sPath, WritePng(raster, true));
+}
+
+void StagePictures::TakeBack()
+{
+    std::error_code error;
+    for (const std::string& sPath : m_vPaths) std::filesystem::remove(sPath, error);
+    m_vPaths.clear();
+    m_vSeen.clear();
 }
 
 template <class Image>

@@ -20,7 +20,10 @@ public:
     void OnShortImage(const std::string& sName, const CShortImage& image) override;
     void OnYuvImage(const std::string& sName, const CYuvImage& image) override;
 
-    int Count() const { return m_nCount; }
+    int Count() const { return static_cast<int>(m_vPaths.size()); }
+
+    // Removes all it wrote, as if nothing had been shown yet.
+    void TakeBack();
 
 private:
     template <class Image>
@@ -30,7 +33,7 @@ private:
     std::mutex m_mutex;
     std::string m_sFolder;
     bool m_bCrFirst;
-    int m_nCount = 0;
+    std::vector<std::string> m_vPaths;   // written
     std::map<std::string, int> m_vSeen;  // how often a name came
 };
 

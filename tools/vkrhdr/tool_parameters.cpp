@@ -1,5 +1,6 @@
 #include "tool_parameters.h"
 
+#include <algorithm>
 #include <charconv>
 #include <vector>
 
@@ -116,6 +117,12 @@ void ToolParameters::Set(const std::string& sAssignment)
     if (nEquals == std::string::npos) throw UsageError("--set takes NAME=VALUE, not '" + sAssignment + "'");
     ParamEntry& entry = FindEntry(sAssignment.substr(0, nEquals));
     *entry.pValue = ParseValue(sAssignment.substr(nEquals + 1), entry);
+}
+
+void ToolParameters::SetNearest(const std::string& sFullName, int nValue)
+{
+    const ParamEntry& entry = FindEntry(sFullName);
+    *entry.pValue = std::clamp(nValue, entry.nMin, entry.nMax);
 }
 
 int ToolParameters::Get(const std::string& sFullName) const

@@ -35,6 +35,9 @@ public:
     // unknown name or a value out of its range.
     void Set(const std::string& sAssignment);
 
+    // By the same names, brought to the nearer bound when out of range.
+    void SetNearest(const std::string& sFullName, int nValue);
+
     // By the same names. UsageError for an unknown one.
     int Get(const std::string& sFullName) const;
 
@@ -46,6 +49,9 @@ public:
 
     void Save(const std::string& sPath) const;  // BurstError when it can not be written
     bool Print(std::FILE* pFile) const;
+
+    // What re-linearisation takes for light; no parameter.
+    const DisplayCurve& Curve() const { return *m_pFlow; }
 
     // Alignment with these parameters, for who runs it without the rest.
     CMultipleImagesAlignFilterOpt& AlignFilter() { return m_pFlow->m_AlignFilter; }
