@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "flow/debug_picture.h"
 #include "flow/flow_temporaries.h"
 #include "flow/multi_exposure_flow.h"
 #include "foundation/bmp.h"
@@ -44,6 +45,7 @@ bool CMultiExposureHDRProcessFlowOpt::ProcessImage(int nExposureNum, int nRefere
     DropFrames(burst, temp);
     if (!FuseBurst(burst, temp, output)) return false;
     if (bDebugDumpEnable) DumpFrame(output, bUVOrder, "result/Result.bmp");
+    if (bDebugDumpEnable && nFaceSource > 0) SaveDebugPicture(output, temp.m_FaceBox);
     Toc("====@@@@@ HDR  Process Done");
     return true;
 }
