@@ -5,6 +5,7 @@
 #include "flow/stage_thread.h"
 #include "foundation/bmp.h"
 #include "foundation/colour.h"
+#include "foundation/image_scope.h"
 #include "foundation/log.h"
 #include "foundation/stage_probe.h"
 #include "foundation/timing.h"
@@ -120,6 +121,7 @@ bool CMultiExposureHDRProcessFlowOpt::WeighExposures(const Burst& burst, FlowTem
 // The edge layer takes its weights behind the embedding and before the frames are re-linearised.
 bool CMultiExposureHDRProcessFlowOpt::EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp)
 {
+    ProbeImage("builtweights", temp.vWeights[0]);
     Tic();
     if (bGhostMap) GiveGhostsTheirExposure(burst, temp);
     bool bDone = temp.m_Level0Weights.CopyDimFrom(temp.vWeights[0]);
@@ -141,9 +143,12 @@ bool CMultiExposureHDRProcessFlowOpt::EmbedGhosts(const Burst& burst, bool bGhos
 void CMultiExposureHDRProcessFlowOpt::GiveGhostsTheirExposure(const Burst& burst, FlowTemporaries& temp)
 {
     LimitDeghostLevels(m_nTotalLevels, *this, *this);
+    CShortImage choice{};
+    const ImageScope scope(choice);
     const GhostEmbedding embedding =
         GhostEmbeddingIntoWeight(m_GhostMap, temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this,
-                                 *this, *this, bDebugDumpEnable, temp.vWeights, temp.vCoefs);
+                                 *this, *this, bDebugDumpEnable, temp.vWeights, temp.vCoefs, &choice);
+    ProbeImage("ghostchoice", choice);
     if (embedding == GhostEmbedding::kWholePicture) bCheckSatuEnable = 0;
 }
 

@@ -198,7 +198,7 @@ void LimitDeghostLevels(int nTotalLevels, GhostEmbedParams& params, FusionParams
 GhostEmbedding GhostEmbeddingIntoWeight(const CImage& ghostMap, const CImage* vFrames, int nExposureNum, int nReference,
                                         const GhostEmbedParams& params, const FusionParams& fusion,
                                         const PyramidParams& pyramid, const DisplayCurve& curve, int bDump,
-                                        CImage* vWeights, CShortImage* vCoefs)
+                                        CImage* vWeights, CShortImage* vCoefs, CShortImage* pShares)
 {
     const int nMin = fusion.nMinDeghostLevel, nStart = params.nStartDeghostLevel, nMax = fusion.nMaxDeghostLevel;
     if (!IsBurst(vFrames, nExposureNum, nReference) || !LevelsFit(vWeights, nExposureNum, nMin, nStart, nMax)) {
@@ -217,6 +217,7 @@ GhostEmbedding GhostEmbeddingIntoWeight(const CImage& ghostMap, const CImage* vF
     if (!ShareStart(task, weights, params, bDump, start) || !RewriteStart(start, params, curve, weights, pCoefs)) {
         return GhostEmbedding::kFailed;
     }
+    if (pShares != nullptr) pShares->Swap(start.shares);
     if (pCoefs != nullptr && !CarryToLevels(vCoefs, vWeights, nMin, nStart, nMax, pyramid)) {
         return GhostEmbedding::kFailed;
     }

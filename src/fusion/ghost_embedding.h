@@ -31,11 +31,13 @@ enum class GhostEmbedding {
 //             are rewritten
 //   vCoefs    kMaxLevels records, empty before; nMinDeghostLevel .. nMaxDeghostLevel are filled with a channel per
 //             exposure, Q7, when bEdgeCompensateEnable is set and the weights were rewritten
+//   pShares   null, or empty and takes which exposures the regions were given: a picture of the start level, a channel
+//             per exposure, 128 where a region is its own, less around it, 0 where none reaches. Stays empty on kNone
 //
 // Rows are shared among the team; same bytes from any number of threads.
 GhostEmbedding GhostEmbeddingIntoWeight(const CImage& ghostMap, const CImage* vFrames, int nExposureNum, int nReference,
                                         const GhostEmbedParams& params, const FusionParams& fusion,
                                         const PyramidParams& pyramid, const DisplayCurve& curve, int bDump,
-                                        CImage* vWeights, CShortImage* vCoefs);
+                                        CImage* vWeights, CShortImage* vCoefs, CShortImage* pShares = nullptr);
 
 }  // namespace vkr

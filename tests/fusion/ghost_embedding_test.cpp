@@ -48,7 +48,7 @@ struct GhostBurst {
         for (int i = 0; i < kMaxLevels; ++i) vLevels[i] = vWeights[i];
         LimitDeghostLevels(nLevels, params, fusion);
         const auto result = GhostEmbeddingIntoWeight(ghost, vPlain, nExposureNum, nReference, params, fusion, pyramid,
-                                                     DefaultDisplayCurve(), 0, vLevels, vCoefs);
+                                                     DefaultDisplayCurve(), 0, vLevels, vCoefs, &choice);
         for (int i = 0; i < kMaxLevels; ++i) static_cast<CImage&>(vWeights[i]) = vLevels[i];
         sLines = LinesScope::Text();
         return result;
@@ -66,6 +66,7 @@ struct GhostBurst {
     FusionParams fusion = DefaultFusionParams();
     TestImage ghost, vFrames[kMaxExposures], vWeights[kMaxLevels];
     CShortImage vCoefs[kMaxLevels] = {};
+    TestShortImage choice;
     std::string sLines;
 };
 
@@ -139,6 +140,9 @@ TEST(GhostEmbedding, GivesARegionToOneExposureAndCarriesItToTheLevels)
                 const CImage& start = burst.vWeights[nStart];
                 const int x = 96 >> nStart, y = 80 >> nStart;
                 EXPECT_EQ((Pixels{0, 0, 128}), Pixels(start.Row(y) + 3 * x, start.Row(y) + 3 * x + 3));
+                ASSERT_EQ(start.Samples(), burst.choice.Samples());
+                EXPECT_EQ(128, burst.choice.Row(y)[3 * x + 2]);
+                EXPECT_EQ(0, burst.choice.Row(0)[2]);
                 EXPECT_TRUE(std::equal(start.pData, start.pData + 3 * 8, vBefore[nStart].begin()));  // far from it
                 EXPECT_EQ(128, burst.vCoefs[nStart].Row(y)[3 * x + 2]);
                 for (int i = 6; i < burst.nLevels; ++i) EXPECT_EQ(vBefore[i], Samples(burst.vWeights[i]));
@@ -177,6 +181,7 @@ TEST(GhostEmbedding, StopsAtItsLimits)
         EXPECT_EQ(GhostEmbedding::kNone, burst.Embed());
         EXPECT_EQ(vBefore, burst.Weights());
         for (const CShortImage& level : burst.vCoefs) EXPECT_TRUE(level.Empty());
+        EXPECT_TRUE(burst.choice.Empty());
     };
     ExpectUntouched("no ghosts");
     burst.AddGhost(20, 20, 15, 10);  // 150 of 49152 pixels are 50 / 16384

@@ -35,6 +35,12 @@ struct AlignOptions {
     std::string sFolder;
 };
 
+struct InspectOptions {
+    BurstOptions burst;
+    ParameterOptions parameters;
+    std::string sFolder;
+};
+
 struct ParamsOptions {
     std::vector<std::string> vSets;
     std::string sPreset, sForSize;  // empty: not asked for
@@ -60,6 +66,7 @@ struct BenchOptions {
 
 CLI::App* DefineFuse(CLI::App& app, FuseOptions& options);
 CLI::App* DefineAlign(CLI::App& app, AlignOptions& options);
+CLI::App* DefineInspect(CLI::App& app, InspectOptions& options);
 CLI::App* DefineParams(CLI::App& app, ParamsOptions& options);
 CLI::App* DefineEncipher(CLI::App& app, EncipherOptions& options);
 CLI::App* DefineDecipher(CLI::App& app, EncipherOptions& options);
@@ -68,6 +75,7 @@ CLI::App* DefineBench(CLI::App& app, BenchOptions& options);
 
 void RunFuse(const FuseOptions& options, const CommonOptions& common);
 void RunAlign(const AlignOptions& options, const CommonOptions& common);
+void RunInspect(const InspectOptions& options, const CommonOptions& common);
 void RunParams(const ParamsOptions& options);
 void RunEncipher(const EncipherOptions& options, const CommonOptions& common);
 void RunDecipher(const EncipherOptions& options);

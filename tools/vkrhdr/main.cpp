@@ -48,6 +48,7 @@ int Run(int argc, char** argv)
     CommonOptions common;
     FuseOptions fuse;
     AlignOptions align;
+    InspectOptions inspect;
     ParamsOptions params;
     EncipherOptions encipher, decipher;
     DemoOptions demo;
@@ -55,6 +56,7 @@ int Run(int argc, char** argv)
     DefineCommon(app, common);
     const CLI::App* pFuse = DefineFuse(app, fuse);
     const CLI::App* pAlign = DefineAlign(app, align);
+    const CLI::App* pInspect = DefineInspect(app, inspect);
     const CLI::App* pParams = DefineParams(app, params);
     const CLI::App* pEncipher = DefineEncipher(app, encipher);
     const CLI::App* pDecipher = DefineDecipher(app, decipher);
@@ -70,6 +72,7 @@ int Run(int argc, char** argv)
     ApplyCommon(common);
     if (pFuse->parsed()) RunFuse(fuse, common);
     if (pAlign->parsed()) RunAlign(align, common);
+    if (pInspect->parsed()) RunInspect(inspect, common);
     if (pParams->parsed()) RunParams(params);
     if (pEncipher->parsed()) RunEncipher(encipher, common);
     if (pDecipher->parsed()) RunDecipher(decipher);

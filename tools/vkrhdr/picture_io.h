@@ -17,7 +17,7 @@ struct Frame {
     void Resize(int w, int h);
 };
 
-// Samples of 8 bits, tight rows. 3 channels are R, G, B; 1 is grey.
+// Samples of 8 bits, tight rows. 3 channels are R, G, B; 1 is grey; maps may have one per exposure.
 struct Raster {
     int nWidth = 0, nHeight = 0, nChannels = 3;
     Bytes vSamples;

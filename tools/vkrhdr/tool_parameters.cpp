@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <vector>
 
 #include "flow/enciphered_parameters.h"
 #include "photo_preset.h"
@@ -128,6 +127,21 @@ void ToolParameters::SetNearest(const std::string& sFullName, int nValue)
 int ToolParameters::Get(const std::string& sFullName) const
 {
     return *FindEntry(sFullName).pValue;
+}
+
+std::vector<ChangedParameter> ToolParameters::Changed() const
+{
+    const ToolParameters defaults(Base::kShipped);
+    std::vector<ChangedParameter> vChanged;
+    for (CFilter* pFilter : AllFilters(*m_pFlow)) {
+        const std::string sPrefix = pFilter == m_pFlow.get() ? "" : std::string(pFilter->Name()) + ".";
+        for (const ParamEntry& entry : pFilter->Params()) {
+            const std::string sFullName = sPrefix + entry.sName;
+            const int nDefault = defaults.Get(sFullName);
+            if (*entry.pValue != nDefault) vChanged.push_back({sFullName, *entry.pValue, nDefault});
+        }
+    }
+    return vChanged;
 }
 
 void ToolParameters::SetPhotoValues(Size size)

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "flow/multi_exposure_flow.h"
 #include "library_lines.h"
@@ -10,6 +11,11 @@
 #include "whole_file.h"
 
 namespace vkr::tool {
+
+struct ChangedParameter {
+    std::string sFullName;
+    int nValue, nDefault;
+};
 
 // A set of the library's parameters to be changed and handed over as a file. Names, ranges and defaults all come from
 // what the filters register.
@@ -40,6 +46,10 @@ public:
 
     // By the same names. UsageError for an unknown one.
     int Get(const std::string& sFullName) const;
+
+    // What differs from the registered defaults, in the order of the parameter file, but for the switches of debug
+    // files.
+    std::vector<ChangedParameter> Changed() const;
 
     // The photo preset for pictures of this size.
     void SetPhotoValues(Size size);
