@@ -50,7 +50,7 @@ private:
             case 2:
                 return (6U << 20) - 64 + m_Data.ConsumeIntegral<uint8_t>();
             case 3:
-                return m_Data.ConsumeIntegral<uint32_t>() % (40U << 20);
+                return m_Data.ConsumeIntegral<uint32_t>() % (9U << 20);
             default:
                 return m_Data.ConsumeIntegral<size_t>();
         }
@@ -72,7 +72,8 @@ private:
     }
     void Open()
     {
-        const size_t nBytes = m_Data.ConsumeIntegral<uint32_t>() % (100U << 20);
+        const bool bBig = m_Data.ConsumeIntegralInRange(0, 31) == 0;
+        const size_t nBytes = m_Data.ConsumeIntegral<uint32_t>() % (bBig ? 70U << 20 : 1U << 20);
         m_Model.Init(nBytes);
         PoolInit(nBytes);
         if (++m_nUsers == 1) m_vHeld.clear();  // forgotten, at least in part

@@ -59,7 +59,7 @@ void RunOnce(Engine& engine, const std::vector<Frame>& vFrames, Frame& result, T
     const double fStart = NowInMs();
     for (int k = 0; k < nFrames; ++k) engine.AddFrame(k, vFrames[static_cast<size_t>(k)]);
     const double fAdded = NowInMs();
-    engine.Render(nFrames, MiddleFrame(nFrames), 0, result);
+    engine.Render(nFrames, MiddleFrame(nFrames), 0, {}, 1, result);
     const double fEnd = NowInMs();
     totals.vAddUs.push_back(static_cast<int>((fAdded - fStart) * 1000));
     totals.vRenderUs.push_back(static_cast<int>((fEnd - fAdded) * 1000));

@@ -21,7 +21,7 @@ Frame FuseDrawn(const std::vector<Frame>& vFrames, const ToolParameters& params,
     for (int k = 0; k < nFrames; ++k) engine.AddFrame(k, vFrames[static_cast<size_t>(k)]);
     Frame result;
     result.Resize(vFrames[0].nWidth, vFrames[0].nHeight);
-    engine.Render(nFrames, MiddleFrame(nFrames), 0, result);
+    engine.Render(nFrames, MiddleFrame(nFrames), 0, {}, 1, result);
     return result;
 }
 

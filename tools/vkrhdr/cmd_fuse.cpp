@@ -39,6 +39,7 @@ private:
 void CheckUse(const FuseOptions& options)
 {
     CheckBurst(options.burst);
+    CheckFaces(options.faces);
     if (!options.burst.IsRaw() && KindOfPath(options.sOutput) == PictureKind::kRaw) {
         throw UsageError("the output ends in .jpg, .jpeg or .png (or --raw is given), not '" + options.sOutput + "'");
     }
@@ -92,6 +93,7 @@ Frame FuseBurst(const FuseOptions& options, ToolParameters& params, LibraryLines
     std::optional<WorkingFolder> folder;
     if (!options.sDumpFolder.empty()) {
         MakeDumpFolders(options.sDumpFolder);
+        TakeFaceModelTo(options.sDumpFolder, burst, params);
         folder.emplace(options.sDumpFolder);
     }
     const StopWatch watch;
@@ -133,6 +135,7 @@ CLI::App* DefineFuse(CLI::App& app, FuseOptions& options)
         ->check(CLI::Range(1, 100))
         ->capture_default_str();
     DefineParameters(*pCommand, options.parameters);
+    DefineFaces(*pCommand, options.faces);
     pCommand->add_option("--dump", options.sDumpFolder, "folder for the library's debug files; switches them on");
     pCommand->add_option("--stages", options.sStageFolder,
                          "folder for a PNG of every stage; signed 16-bit values are shown as value / 2 + 128");
@@ -149,6 +152,7 @@ void RunFuse(const FuseOptions& options, const CommonOptions& common)
     PhotoBurst burst = ReadBurst(options.burst);
     FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
     params.SetChromaOrder(options.burst.IsCrFirst());
+    ApplyFaces(options.faces, burst, params);
     const Frame result = FuseBurst(options, params, lines, burst);
     WriteWholeFile(options.sOutput, EncodeResult(options, result, burst.Reference()));
     Say("wrote %s", options.sOutput.c_str());

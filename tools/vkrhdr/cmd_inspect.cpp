@@ -72,6 +72,7 @@ CLI::App* DefineInspect(CLI::App& app, InspectOptions& options)
     pCommand->add_option("-o,--output", options.sFolder, "folder for index.html and its pictures, all upright")
         ->required();
     DefineParameters(*pCommand, options.parameters);
+    DefineFaces(*pCommand, options.faces);
     return pCommand;
 }
 
@@ -79,11 +80,13 @@ CLI::App* DefineInspect(CLI::App& app, InspectOptions& options)
 void RunInspect(const InspectOptions& options, const CommonOptions& common)
 {
     CheckBurst(options.burst);
+    CheckFaces(options.faces);
     LibraryLines lines(common.bVerbose);
     ToolParameters params = LoadParameters(options.parameters, lines);
     PhotoBurst burst = ReadBurst(options.burst);
     FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
     params.SetChromaOrder(options.burst.IsCrFirst());
+    ApplyFaces(options.faces, burst, params);
     PictureFolder folder(options.sFolder, burst.Reference().info.nOrientation);
 
     const std::unique_ptr<Fusion> pFusion = FuseAndLook(options, params, lines, burst);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "face_options.h"
 #include "parameter_options.h"
 #include "photo_burst.h"
 
@@ -24,6 +25,7 @@ struct CommonOptions {
 struct FuseOptions {
     BurstOptions burst;
     ParameterOptions parameters;
+    FaceOptions faces;
     std::string sOutput, sDumpFolder, sStageFolder;
     int nQuality = 95;
     bool bTimings = false;
@@ -38,6 +40,7 @@ struct AlignOptions {
 struct InspectOptions {
     BurstOptions burst;
     ParameterOptions parameters;
+    FaceOptions faces;
     std::string sFolder;
 };
 

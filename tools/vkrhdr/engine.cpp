@@ -43,10 +43,15 @@ void Engine::AddFrame(int nIndex, const Frame& frame)
     Check(vkrHdrAddFrame(static_cast<uint32_t>(nIndex), &host), "vkrHdrAddFrame");
 }
 
-void Engine::Render(int nExposures, int nReference, int nOrientation, Frame& result)
+void Engine::Render(int nExposures, int nReference, int nOrientation, const std::vector<FaceBox>& vFaces,
+                    int nFaceSource, Frame& result)
 {
+    std::vector<vkrHdrRect> vRects;
+    for (const FaceBox& box : vFaces) vRects.push_back({box.x1, box.y1, box.x2, box.y2});
+    vkrHdrRect* const pEnd = vRects.data() + vRects.size();
+    const vSystemFaces faces{vRects.data(), pEnd, pEnd};
     vkrHdrFrame host = HostFrame(result);
-    Check(vkrHdrRender(nExposures, nReference, nOrientation, 0, nullptr, &host), "vkrHdrRender");
+    Check(vkrHdrRender(nExposures, nReference, nOrientation, nFaceSource, &faces, &host), "vkrHdrRender");
 }
 
 void Engine::Check(int nResult, const char* pCall)

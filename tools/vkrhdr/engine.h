@@ -1,5 +1,8 @@
 #pragma once
 
+#include <vector>
+
+#include "face/face_box.h"
 #include "library_lines.h"
 #include "picture_io.h"
 #include "tool_parameters.h"
@@ -17,8 +20,9 @@ public:
 
     void AddFrame(int nIndex, const Frame& frame);
 
-    // result comes with the size and the chroma order of the frames.
-    void Render(int nExposures, int nReference, int nOrientation, Frame& result);
+    // result comes with the size and the chroma order of the frames. nFaceSource 0 may ask the network, see ApplyFaces.
+    void Render(int nExposures, int nReference, int nOrientation, const std::vector<FaceBox>& vFaces, int nFaceSource,
+                Frame& result);
 
 private:
     void Check(int nResult, const char* pCall);

@@ -155,7 +155,7 @@ Frame RenderBurst(Engine& engine, const PhotoBurst& burst)
     result.bCrFirst = vPhotos[0].frame.bCrFirst;
     result.Resize(vPhotos[0].frame.nWidth, vPhotos[0].frame.nHeight);
     engine.Render(static_cast<int>(vPhotos.size()), burst.nReference, QuarterTurns(burst.Reference().info.nOrientation),
-                  result);
+                  burst.vFaces, burst.nFaceSource, result);
     return result;
 }
 

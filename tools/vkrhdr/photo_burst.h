@@ -7,6 +7,7 @@
 #include "burst_ratios.h"
 #include "engine.h"
 #include "exif_io.h"
+#include "face/face_box.h"
 #include "picture_io.h"
 #include "picture_size.h"
 
@@ -43,6 +44,8 @@ struct Photo {
 struct PhotoBurst {
     std::vector<Photo> vPhotos;
     int nReference = 0;
+    std::vector<FaceBox> vFaces;  // that the user named, frame pixels
+    int nFaceSource = 0;          // of the library: 0 network, 1 vFaces; read where bAIMask is set
     int nFirst = 0;  // the darkest's number among those that were read; above 0 once darker ones were left out
 
     const Photo& Reference() const { return vPhotos[static_cast<size_t>(nReference)]; }
