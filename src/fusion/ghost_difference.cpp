@@ -107,6 +107,33 @@ void CopyMiddle(const CImage& src, int xSrc, int ySrc, CImage& dst, int xDst, in
     for (int y = 0; y < h; ++y) std::memcpy(dst.Row(yDst + y) + xDst, src.Row(ySrc + y) + xSrc, w);
 }
 
+struct Part {
+    int x = 0, y = 0, w = 0, h = 0;
+};
+
+// The rectangle of all that is not 0, and two pixels of 0 around it as far as the picture has them: closing changes
+// nothing outside, and inside it gives what it gives on the whole picture. Ghosts are few: most of a picture stays out.
+Part PartWithGhosts(const CImage& ghost)
+{
+    constexpr int kMargin = 2;
+    int xFirst = ghost.nWidth, xLast = -1, yFirst = ghost.nHeight, yLast = -1;
+    for (int y = 0; y < ghost.nHeight; ++y) {
+        const uint8_t* pRow = ghost.Row(y);
+        const uint8_t* pEnd = pRow + ghost.nWidth;
+        const uint8_t* pFirst = std::find_if(pRow, pEnd, [](uint8_t v) { return v != 0; });
+        if (pFirst == pEnd) continue;
+        yFirst = std::min(yFirst, y);
+        yLast = y;
+        xFirst = std::min(xFirst, static_cast<int>(pFirst - pRow));
+        while (pEnd[-1] == 0) --pEnd;
+        xLast = std::max(xLast, static_cast<int>(pEnd - pRow) - 1);
+    }
+    if (xLast < 0) return {};
+    const int x = std::max(xFirst - kMargin, 0), y = std::max(yFirst - kMargin, 0);
+    return {x, y, std::min(xLast + kMargin, ghost.nWidth - 1) - x + 1,
+            std::min(yLast + kMargin, ghost.nHeight - 1) - y + 1};
+}
+
 }  // namespace
 
 bool BuildDiffImage(const GhostSide& dark, const GhostSide& bright, const CGhostProcessFilter& params, int nList,
@@ -149,21 +176,21 @@ bool ApplyGhostThre(const CImage& diff, const int32_t vThre[3], CImage& ghost)
 
 bool GhostClose(CImage& ghost, int nRounds)
 {
-    if (nRounds < 1) return true;
+    const Part part = PartWithGhosts(ghost);
+    if (nRounds < 1 || part.w == 0) return true;
     const int nPad = 2 * nRounds;  // a round grows by two pixels: nothing reaches the border of the larger picture
-    const int w = ghost.nWidth, h = ghost.nHeight;
     CImage wide{};
     ImageScope scope(wide);
-    if (!wide.AllocateGray(w + 2 * nPad, h + 2 * nPad)) return false;
+    if (!wide.AllocateGray(part.w + 2 * nPad, part.h + 2 * nPad)) return false;
     std::memset(wide.pData, 0, wide.Samples());
-    CopyMiddle(ghost, 0, 0, wide, nPad, nPad, w, h);
+    CopyMiddle(ghost, part.x, part.y, wide, nPad, nPad, part.w, part.h);
     for (int i = 0; i < nRounds; ++i) {
         if (!Morphology::DilateGraySquareFast(wide, wide) || !Morphology::DilateGrayCrossFast(wide, wide)) return false;
     }
     for (int i = 0; i < nRounds; ++i) {
         if (!Morphology::ErodeGraySquareFast(wide, wide) || !Morphology::ErodeGrayCrossFast(wide, wide)) return false;
     }
-    CopyMiddle(wide, nPad, nPad, ghost, 0, 0, w, h);
+    CopyMiddle(wide, nPad, nPad, ghost, part.x, part.y, part.w, part.h);
     return true;
 }
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <random>
+
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -131,6 +134,34 @@ TEST(ApplyGhostThre, LeavesOutSegmentsWithoutALength)
     EXPECT_EQ(128, reversed[200]);
 }
 
+// Sparse spots against a closing that works on all of the picture.
+void ExpectGhostCloseAsOnTheWholePicture()
+{
+    std::mt19937 rng(5);
+    for (int nRun = 0; nRun < 60; ++nRun) {
+        const int w = 1 + static_cast<int>(rng() % 40), h = 1 + static_cast<int>(rng() % 40), nRounds = 1 + nRun % 4;
+        TestImage ghost, wide;
+        FillConstant(ghost, w, h, 1, 0);
+        FillConstant(wide, w + 4 * nRounds, h + 4 * nRounds, 1, 0);
+        for (uint32_t i = rng() % 9; i > 0; --i) {
+            const int x = static_cast<int>(rng() % w), y = static_cast<int>(rng() % h);
+            ghost.Row(y)[x] = wide.Row(y + 2 * nRounds)[x + 2 * nRounds] = static_cast<uint8_t>(1 + rng() % 128);
+        }
+        for (int i = 0; i < nRounds; ++i) {
+            CMorphologyFilter::DilateGraySquareFast(wide, wide);
+            CMorphologyFilter::DilateGrayCrossFast(wide, wide);
+        }
+        for (int i = 0; i < nRounds; ++i) {
+            CMorphologyFilter::ErodeGraySquareFast(wide, wide);
+            CMorphologyFilter::ErodeGrayCrossFast(wide, wide);
+        }
+        ASSERT_TRUE(GhostClose(ghost, nRounds));
+        for (int y = 0; y < h; ++y) {
+            ASSERT_EQ(0, std::memcmp(ghost.Row(y), wide.Row(y + 2 * nRounds) + 2 * nRounds, static_cast<size_t>(w)));
+        }
+    }
+}
+
 TEST(GhostClose, JoinsWhatItsRoundsReachAndGrowsNothingAtTheBorder)
 {
     for (const int nRounds : {0, 1, 3}) {
@@ -146,6 +177,7 @@ TEST(GhostClose, JoinsWhatItsRoundsReachAndGrowsNothingAtTheBorder)
         ASSERT_TRUE(GhostClose(ghost, nRounds));
         for (int x = 0; x < w; ++x) EXPECT_EQ(x < xFar || x > xFar + nGap ? 90 : 7, ghost.Row(h / 2)[x]) << x;
     }
+    ExpectGhostCloseAsOnTheWholePicture();
     TestImage corner;
     FillConstant(corner, 20, 12, 1, 0);
     for (int y = 0; y < 3; ++y) std::fill_n(corner.Row(y), 3, uint8_t{128});
