@@ -2,6 +2,7 @@
 #include <omp.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <random>
 #include <string>
@@ -84,18 +85,18 @@ void Paint(Picture& picture, int nKind, uint32_t nSeed, int nFrame)
     PaintPlane(picture.vChroma, 128);
 }
 
-// Every parameter keeps its default or takes a value of its range; no debug files.
-void Turn(CFilter& filter, FuzzedDataProvider& data)
+// Every parameter keeps its default or takes a value of its range; the debug pictures are all on or all off.
+void Turn(CFilter& filter, bool bDump, FuzzedDataProvider& data)
 {
     for (ParamEntry& entry : filter.Params()) {
         if (entry.sName.find("Dump") != std::string::npos) {
-            *entry.pValue = 0;
+            *entry.pValue = bDump ? entry.nMax : 0;
         } else if (data.remaining_bytes() > 0 && data.ConsumeIntegralInRange(0, 7) == 0) {
             *entry.pValue = data.ConsumeIntegralInRange(entry.nMin, entry.nMax);
         }
     }
     if (auto* pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter)) {
-        for (CFilter* pSub : pFlow->Filters()) Turn(*pSub, data);
+        for (CFilter* pSub : pFlow->Filters()) Turn(*pSub, bDump, data);
     }
 }
 
@@ -126,6 +127,32 @@ void RunBurst(FuzzedDataProvider& data)
     FUZZ_CHECK(out.PaddingIntact());
 }
 
+// A working folder of its own for debug files, for one scope. Not created: the folders that the library writes to; what
+// it writes beside them is gone at the end.
+class ScratchFolder {
+public:
+    explicit ScratchFolder(bool bEnter) : m_bEnter(bEnter), m_before(std::filesystem::current_path())
+    {
+        if (!m_bEnter) return;
+        std::filesystem::create_directory(Path());
+        std::filesystem::current_path(Path());
+    }
+    ~ScratchFolder()
+    {
+        if (!m_bEnter) return;
+        std::filesystem::current_path(m_before);
+        std::filesystem::remove_all(Path());
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+private:
+    static std::string Path() { return "/tmp/vkr_fuzz_" + std::to_string(getpid()); }
+
+    bool m_bEnter;
+    std::filesystem::path m_before;
+};
+
 // The documented defaults, written once.
 const char* DefaultsPath()
 {
@@ -145,9 +172,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nBytes)
 {
     vkr::SetHdrPrintSink([](const char*) {});
     FuzzedDataProvider data(pData, nBytes);
-    omp_set_num_threads(data.ConsumeIntegralInRange(0, 3) == 3 ? 2 : 1);
+    const int nMode = data.ConsumeIntegralInRange(0, 31);
+    const bool bDump = nMode / 4 == 7;
+    omp_set_num_threads(nMode % 4 == 3 ? 2 : 1);
+    const vkr::ScratchFolder scratch(bDump);
     FUZZ_CHECK(vkrHdrInit({vkr::DefaultsPath(), nullptr, 0}) == 0);
-    vkr::Turn(*vkr::gVKRAlgoPool.load(), data);
+    vkr::Turn(*vkr::gVKRAlgoPool.load(), bDump, data);
     for (int nBursts = data.ConsumeIntegralInRange(1, 2); nBursts > 0; --nBursts) vkr::RunBurst(data);
     FUZZ_CHECK(vkrHdrUninit() == 0);
     FUZZ_CHECK(vkr::ReadPoolUse().nUsedBytes == 0);

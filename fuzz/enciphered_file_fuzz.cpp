@@ -7,8 +7,9 @@
 #include "foundation/log.h"
 #include "fuzz_check.h"
 
-// A whole enciphered file, by the first byte as it is or with the rest as the text that is enciphered first, so that what
-// lies behind the cipher is reached too. The configuration version keeps its last zero, whatever stands in the text.
+// A whole enciphered file, by the first byte as it is or with the rest as the text that is enciphered first, so that
+// what lies behind the cipher is reached too. The configuration version keeps its last zero, whatever stands in the
+// text.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nBytes)
 {
     if (nBytes < 1) return 0;
@@ -21,9 +22,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nBytes)
         vkr::DecipherBuffer(pText, pText, static_cast<int>(nBytes - 1), vkr::kParameterFileKey, 0);
     }
     vkr::CMultiExposureHDRProcessFlowOpt engine;
-    const bool bLong = vFile.size() >= vkr::kEncipheredHead + 8;
+    const bool bFits = vFile.size() >= vkr::kEncipheredHead + 8 && vFile.size() <= vkr::kEncipheredMost;
     const vkr::EncipheredLoad load = vkr::LoadEncipheredParameters(vFile.data(), vFile.size(), engine);
-    FUZZ_CHECK(bLong == (load != vkr::EncipheredLoad::kNotDeciphered));
+    FUZZ_CHECK(bFits == (load != vkr::EncipheredLoad::kNotDeciphered));
     FUZZ_CHECK(std::strlen(engine.GetConfigVersion()) <= 64);
     return 0;
 }

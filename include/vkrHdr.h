@@ -44,7 +44,7 @@ extern "C" {
 
 /* Passed to vkrHdrInit by value. */
 typedef struct {
-    const char* pParamFilePath; /* parameter file in text form; `vkrhdr params` prints one with every default */
+    const char* pParamFilePath; /* parameter file: a text, as `vkrhdr params` prints it, or enciphered */
     void* pReserved;            /* never read */
     int32_t nMode;              /* must be 0 */
 } vkrHdrInitParam;
@@ -63,7 +63,7 @@ typedef struct {
     int32_t nVersion[4];        /* the four numbers of pVersion */
     const char* pVersion;       /* "a.b.c.d" */
     const char* pBuildStamp;    /* date and time of the build */
-    const char* pConfigVersion; /* version of the loaded parameters; null while there is no engine */
+    const char* pConfigVersion; /* of an enciphered parameter file, else "0.0.0.0"; null while there is no engine */
 } vkrHdrVersion;
 
 /* A face found by the host, in frame pixels. */
@@ -80,7 +80,8 @@ typedef struct {
  * Makes the engine and loads the parameter file.
  *   0    ready
  *   -1   nMode is not 0, no path, no memory, or the file can not be opened: no engine
- *   -1   the file does not parse: the engine lives with the parameters read so far; call vkrHdrUninit
+ *   -1   an enciphered file that can not be deciphered or does not parse: no engine
+ *   -1   a text that does not parse: the engine lives with the parameters read so far; call vkrHdrUninit
  * Call vkrHdrUninit before a second vkrHdrInit: otherwise the engine before stays allocated and its pool with it.
  */
 VKR_HDR_API int32_t vkrHdrInit(vkrHdrInitParam param);

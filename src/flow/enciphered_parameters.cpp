@@ -1,7 +1,6 @@
 #include "flow/enciphered_parameters.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstring>
 
 #include "foundation/cipher.h"
@@ -17,7 +16,7 @@ constexpr size_t kVersionTail = 128;  // the version is looked for in the last b
 
 bool DecipherText(const uint8_t* pFile, size_t nBytes, HeapBuffer<char>& text)
 {
-    if (nBytes < kEncipheredHead || nBytes - kEncipheredHead >= INT_MAX) return false;
+    if (nBytes < kEncipheredHead || nBytes > kEncipheredMost) return false;
     const size_t nText = nBytes - kEncipheredHead, nClear = nText % 8;
     if (!text.Allocate(nText + 1)) return false;
     const uint8_t* pIn = pFile + kEncipheredHead;

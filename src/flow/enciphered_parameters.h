@@ -13,12 +13,16 @@ namespace vkr {
 constexpr size_t kEncipheredHead = 36;
 constexpr uint8_t kEncipheredMagic[] = {1, 2, 3, 4};
 
+// Whole files beyond this size are refused: a text has about ten thousand bytes, and deciphering goes bit by bit, about
+// a second per MiB.
+constexpr size_t kEncipheredMost = size_t{16} << 20;
+
 // Whether the first bytes of a file, nBytes of them, are the magic.
 bool IsEnciphered(const uint8_t* pBytes, size_t nBytes);
 
 enum class EncipheredLoad {
     kDone,
-    kNotDeciphered,  // shorter than one block, or no memory; the engine is as it was
+    kNotDeciphered,  // text shorter than one block, file too large, or no memory; the engine is as it was
     kNotParsed,      // the version and what was read before the fault stay in the engine
 };
 

@@ -45,12 +45,14 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-// Appends the rest of the file. False when it can not be read.
+// Appends the rest of an enciphered file. False when it can not be read or is larger than one may be; a file without an
+// end is left as soon as that is known.
 bool ReadToEnd(std::FILE* pFile, std::vector<uint8_t>& vBytes)
 {
     uint8_t vPart[4096];
     while (const size_t nPart = std::fread(vPart, 1, sizeof(vPart), pFile)) {
         vBytes.insert(vBytes.end(), vPart, vPart + nPart);
+        if (vBytes.size() > kEncipheredMost) return false;
     }
     return !std::ferror(pFile);
 }

@@ -95,8 +95,12 @@ TEST_F(EncipheredFile, FailuresLeaveNoEngine)
         EXPECT_TRUE(m_lines.Contains("Load parameter file error\n"));
         EXPECT_EQ(nullptr, gVKRAlgoPool.load());
     }
-    EXPECT_EQ(-1, InitBytes(std::string("\1\2\3\4", 4)));
-    EXPECT_TRUE(m_lines.Contains("Load parameter file error\n"));
+    for (const size_t nBytes : {size_t{4}, size_t{35}, kEncipheredMost + 1}) {  // cut inside the head, and too large
+        SCOPED_TRACE(nBytes);
+        EXPECT_EQ(-1, InitBytes(std::string("\1\2\3\4", 4) + std::string(nBytes - 4, 'x')));
+        EXPECT_TRUE(m_lines.Contains("Load parameter file error\n"));
+        EXPECT_EQ(nullptr, gVKRAlgoPool.load());
+    }
     EXPECT_EQ(-1, InitBytes("\1\2\3"));  // no magic: a readable file that does not parse, which keeps the engine
     EXPECT_NE(nullptr, gVKRAlgoPool.load());
 }

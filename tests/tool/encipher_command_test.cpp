@@ -35,6 +35,11 @@ TEST(EncipherCommand, RefusesWhatIsOfTheOtherKind)
     EXPECT_EQ(1, RunTool(folder, {"encipher", sSecret, "-o", sOut}).nStatus);
     EXPECT_EQ(2, RunTool(folder, {"encipher", folder.Path("note.txt"), "-o", sOut}).nStatus);
     EXPECT_EQ(2, RunTool(folder, {"encipher", sPlain, "-o", sOut, "--cfg-version", "1;2;3;4;"}).nStatus);
+    ASSERT_EQ(0, RunTool(folder, {"encipher", sPlain, "-o", sSecret, "--cfg-version", "1.2.3.4"}).nStatus);
+    ASSERT_EQ(0, RunTool(folder, {"decipher", sSecret, "-o", folder.Path("own.txt")}).nStatus);
+    const ToolRun twice = RunTool(folder, {"encipher", folder.Path("own.txt"), "-o", sOut, "--cfg-version", "5.6.7.8"});
+    EXPECT_EQ(2, twice.nStatus);
+    EXPECT_NE(std::string::npos, twice.sErr.find("cfg_version of its own"));
     const ToolRun run = RunTool(folder, {"decipher", sPlain, "-o", sOut});
     EXPECT_EQ(1, run.nStatus);
     EXPECT_NE(std::string::npos, run.sErr.find("is no enciphered parameter file"));

@@ -27,8 +27,9 @@ same as a parameter file. All values are 32-bit integers. An array `NAME` of n e
 `NAME_(n-1)`, a table as `NAME_row_column`. Q4 means 16 = 1.0, Q7 means 128 = 1.0.
 
 In a file every section begins with its name on a line of its own; a value line is `NAME=VALUE`, and what follows a `;`
-is not read. A value out of its range is brought to the nearer bound with a message. `params/default.txt` holds the
-defaults without debug files, `params/photo.txt` [the photo preset](#the-photo-preset).
+is not read. A value out of its range is brought to the nearer bound with a message; an
+[enciphered file](enciphered_files.md) is read more strictly. `params/default.txt` holds the defaults without debug files,
+`params/photo.txt` [the photo preset](#the-photo-preset).
 '''
 
 PRESET_HEAD = '''

@@ -1,6 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <climits>
+#include <string_view>
 
 #include "commands.h"
 #include "flow/enciphered_parameters.h"
@@ -24,9 +24,21 @@ void CipherText(Bytes& vFile, int nDirection)
 {
     const size_t nText = vFile.size() - kEncipheredHead;
     uint8_t* pText = vFile.data() + kEncipheredHead;
-    if (nText > INT_MAX || DecipherBuffer(pText, pText, static_cast<int>(nText), kParameterFileKey, nDirection) == 0) {
-        throw BurstError("the text must have 8 bytes at least, and 2 GiB at most");
+    if (vFile.size() > kEncipheredMost ||
+        DecipherBuffer(pText, pText, static_cast<int>(nText), kParameterFileKey, nDirection) == 0) {
+        throw BurstError("the text must have 8 bytes at least, and the whole file 16 MiB at most");
     }
+}
+
+// The library takes the first entry that it finds, so a second one would never be shown.
+void AppendVersion(const std::string& sInput, const std::string& sVersion, Bytes& vText)
+{
+    const std::string_view text(reinterpret_cast<const char*>(vText.data()), vText.size());
+    if (text.find("cfg_version") != std::string_view::npos) {
+        throw UsageError(sInput + " has a cfg_version of its own: remove that line, or leave --cfg-version out");
+    }
+    const std::string sEntry = "\ncfg_version=" + sVersion + ";\n";
+    vText.insert(vText.end(), sEntry.begin(), sEntry.end());
 }
 
 }  // namespace
@@ -56,10 +68,7 @@ void RunEncipher(const EncipherOptions& options, const CommonOptions& common)
     }
     Bytes vText = ReadWholeFile(options.sInput);
     if (IsEnciphered(vText.data(), vText.size())) throw BurstError(options.sInput + " is enciphered already");
-    if (!sVersion.empty()) {
-        const std::string sEntry = "\ncfg_version=" + sVersion + ";\n";
-        vText.insert(vText.end(), sEntry.begin(), sEntry.end());
-    }
+    if (!sVersion.empty()) AppendVersion(options.sInput, sVersion, vText);
     Bytes vFile(kEncipheredHead + vText.size());
     std::copy_n(kEncipheredMagic, sizeof(kEncipheredMagic), vFile.begin());
     std::copy(vText.begin(), vText.end(), vFile.begin() + kEncipheredHead);
