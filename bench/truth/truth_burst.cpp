@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "foundation/parallel_rows.h"
+#include "truth/expose_frame.h"
 #include "truth/hand_motion.h"
 #include "truth/sensor_rows.h"
 #include "truth/stops.h"
@@ -46,29 +46,8 @@ void TruthBurst::DrawFrame(const BurstParams& params, const Homography& toMap, f
     const int w = params.nWidth;
     const Sensor sensor(fGain * TwoToThe(params.fStops * static_cast<float>(k - kReference)), params.fNoise,
                         params.nSeed * kExposures + static_cast<uint32_t>(k));
-    struct Scratch {
-        std::vector<float> vLight, vGrey;
-        std::vector<int32_t> vIndex;
-    };
-    const size_t nRow = static_cast<size_t>(w) * LightMap::kChannels;
-    std::vector<Scratch> vScratch(static_cast<size_t>(MaxTeam()));
-    for (Scratch& scratch : vScratch) {
-        scratch.vLight.resize(nRow);
-        scratch.vIndex.resize(nRow);
-        scratch.vGrey.resize(2 * nRow);
-    }
-    CYuvImage& frame = m_vFrames[k];
-    ParallelRows(params.nHeight / 2, [&](RowBlock pairs) {
-        Scratch& scratch = vScratch[static_cast<size_t>(pairs.nIndex)];
-        float* vGrey[2] = {scratch.vGrey.data(), scratch.vGrey.data() + nRow};
-        for (int nPair = pairs.nBegin; nPair < pairs.nEnd; ++nPair) {
-            for (int i = 0; i < 2; ++i) {
-                m_map.SampleRow(toMap, 2 * nPair + i, w, scratch.vLight.data());
-                sensor.ExposeRow(scratch.vLight.data(), 2 * nPair + i, w, scratch.vIndex.data(), vGrey[i]);
-            }
-            StoreRowPair(vGrey[0], vGrey[1], w, frame.RowY(2 * nPair), frame.RowY(2 * nPair + 1), frame.RowUV(nPair));
-        }
-    });
+    const auto lightRow = [&](int, int y, float* pLight) { m_map.SampleRow(toMap, y, w, pLight); };
+    ExposeFrame(sensor, lightRow, m_vFrames[k]);
 }
 
 double TruthBurst::FrameError(const Homography* vToReference, int k) const

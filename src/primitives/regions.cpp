@@ -172,19 +172,6 @@ bool CRegionLabels::KeepAbove(int nArea, CLabelImage& labels, CLabelImage& edges
     return true;
 }
 
-bool CRegionLabels::Paint(const CLabelImage& labels, int16_t nValue, CShortImage& map) const
-{
-    const int nDim = nTotalRegionNum - 1;
-    if (!map.AllocateDim(labels.nWidth, labels.nHeight, nDim)) return false;
-    std::fill_n(map.pData, map.Samples(), int16_t{0});
-    const size_t nCount = labels.Samples();
-    for (size_t i = 0; i < nCount; ++i) {
-        const int32_t nLabel = labels.pData[i];
-        if (nLabel > 0) map.pData[i * static_cast<size_t>(nDim) + static_cast<size_t>(nLabel - 1)] = nValue;
-    }
-    return true;
-}
-
 void CRegionLabels::Clear()
 {
     nTotalRegionNum = 0;

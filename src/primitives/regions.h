@@ -31,11 +31,6 @@ public:
     // memory.
     bool KeepAbove(int nArea, CLabelImage& labels, CLabelImage& edges);
 
-    // A map of one channel per region, nTotalRegionNum - 1 in all: nValue where labels has the region, else 0. It takes
-    // 2 bytes per pixel and region, so the regions are counted and limited first. False, map empty, when there is no
-    // memory or no Label before.
-    bool Paint(const CLabelImage& labels, int16_t nValue, CShortImage& map) const;
-
     // Labels 1 .. nTotalRegionNum - 1.
     int Area(int nLabel) const { return m_pArea[Index(nLabel)]; }
     int EdgeLen(int nLabel) const { return m_pEdgeLen[Index(nLabel)]; }

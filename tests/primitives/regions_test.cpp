@@ -84,7 +84,7 @@ TEST(RegionLabels, EqualAFloodFillInNoiseOfAnyDensity)
     }
 }
 
-TEST(RegionLabels, DropsSmallRegionsAndPaintsTheRest)
+TEST(RegionLabels, DropsSmallRegions)
 {
     TestImage src;
     TestLabels labels, edges;
@@ -101,15 +101,6 @@ TEST(RegionLabels, DropsSmallRegionsAndPaintsTheRest)
     EXPECT_TRUE(regions.Area(1) == 12 && regions.EdgeLen(1) == 6 && regions.Area(2) == 2 && regions.EdgeLen(2) == 2);
     EXPECT_EQ((Labels{0, 0, 1, 1, 1, 1, 0, 0, 1, 1, 1, 1, 2, 0, 1, 1, 1, 1, 2, 0, 0, 0, 0, 0}), labels.All());
     EXPECT_EQ((Labels{0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 2, 0, 1, 1, 1, 1, 2, 0, 0, 0, 0, 0}), edges.All());
-
-    TestShortImage map;
-    FillConstant(map, 20, 20, 2, -1);
-    ASSERT_TRUE(regions.Paint(labels, 128, map));
-    EXPECT_TRUE(map.nWidth == 6 && map.nHeight == 4 && map.nDim == 2);
-    for (size_t i = 0; i < labels.Samples(); ++i) {
-        EXPECT_EQ(labels.pData[i] == 1 ? 128 : 0, map.pData[2 * i]) << i;
-        EXPECT_EQ(labels.pData[i] == 2 ? 128 : 0, map.pData[2 * i + 1]) << i;
-    }
     ASSERT_TRUE(regions.KeepAbove(12, labels, edges));
     EXPECT_EQ(1, regions.nTotalRegionNum);
     EXPECT_EQ(Labels(24, 0), labels.All());
@@ -133,9 +124,7 @@ TEST(RegionLabels, CountNothingWithoutAPicture)
 {
     TestImage none, three, black;
     TestLabels labels, edges;
-    TestShortImage map;
     CRegionLabels regions;
-    EXPECT_FALSE(regions.Paint(labels, 128, map));
     FillConstant(black, 5, 5, 1, 64);
     ASSERT_TRUE(regions.Label(black, labels, edges, 64));
     EXPECT_TRUE(regions.nTotalRegionNum == 1 && regions.nTotalArea == 0);

@@ -115,12 +115,19 @@ def table_rows(found):
 
 
 def defaults(root):
-    """The default of every value as --set names it: NAME of the flow, Section.NAME of its filters, NAME_i of an array."""
+    """The default of every value as --set names it: NAME of the flow, Section.NAME of its filters, NAME_i of an array,
+    NAME_row_i of a table."""
     known = {}
     for source in SOURCES:
         section, found = rows(root / source)
         prefix = '' if section == 'CMultiExposureHDRProcessFlow' else section + '.'
         for name, _, default, _ in table_rows(found):
+            rows_of_same = re.match(r'(.*) in each of (\d+) rows', default)
+            if rows_of_same:
+                for row in range(int(rows_of_same.group(2))):
+                    values = enumerate(rows_of_same.group(1).split(', '))
+                    known.update({f'{prefix}{name}_{row}_{i}': value for i, value in values})
+                continue
             same = re.match(r'(-?\d+) in all (\d+)', default)
             values = [same.group(1)] * int(same.group(2)) if same else default.split(', ')
             known[prefix + name] = values[0]

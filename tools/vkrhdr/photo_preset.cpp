@@ -62,6 +62,39 @@ const PhotoValue kPhotoValues[] = {
     // The share of pairs that must agree: one pixel is strict and things move in front of the camera. At 90, 2 bursts in 10
     // fail, half of them at 640 x 480. Real bursts that align have 53 % and more, those that can not 31 % and less.
     {"CMultipleImagesAlignFilter.nRANSACPsThre_0",    All(40)},
+    // The levels on which movement is looked for, coarsest and finest; level 0 is a quarter of the frame. What is smaller
+    // than 9 x 9 pixels of the finest one is a speck: 36 pixels of a frame of up to 6 megapixels, 72 of a larger one. With
+    // the defaults (4, 2) a disc of 50 to 130 pixels that crosses a frame of 640 x 480 is seen 1 time in 20; from level 4
+    // down to 0 it is, but 18 % of the still picture with it.
+    {"CGhostProcessFilter.nGhostPyramidStartLevel",       {1, 1, 2}},
+    {"CGhostProcessFilter.nMinGhostLevel",                {0, 0, 1}},
+    // Differences keep their rim. With 1 a quarter of what moved at 640 x 480 is left out, a tenth at 1920 x 1080, and a
+    // thing of weak contrast altogether.
+    {"CGhostProcessFilter.bErodeDiffEnable",              All(0)},
+    // Differences of structure count where they are strong; weak ones are noise, or edges a fraction of a pixel apart. At
+    // 4 three times as much of the still picture is marked, and half of a real night sky, eight stops deep: such a burst
+    // no longer fused. The levels beyond these are not looked at.
+    {"CGhostProcessFilter.nEdgeTh_0",                     All(24)},
+    {"CGhostProcessFilter.nEdgeTh_1",                     All(24)},
+    {"CGhostProcessFilter.nEdgeTh_2",                     All(24)},
+    // Differences of brightness count from where they show. At 32, 64, 96 a twentieth of what moved is left out at
+    // 640 x 480.
+    {"CGhostProcessFilter.nGhostThre_0_0",                All(16)},
+    {"CGhostProcessFilter.nGhostThre_0_1",                All(32)},
+    {"CGhostProcessFilter.nGhostThre_0_2",                All(64)},
+    {"CGhostProcessFilter.nGhostThre_1_0",                All(16)},
+    {"CGhostProcessFilter.nGhostThre_1_1",                All(32)},
+    {"CGhostProcessFilter.nGhostThre_1_2",                All(64)},
+    {"CGhostProcessFilter.nGhostThre_2_0",                All(16)},
+    {"CGhostProcessFilter.nGhostThre_2_1",                All(32)},
+    {"CGhostProcessFilter.nGhostThre_2_2",                All(64)},
+    // Holes are closed and neighbours joined over 16 pixels of a level. Two rounds on the finer level leave holes in weak
+    // discs; many on the coarsest join what has nothing in common, on small pictures everything.
+    {"CGhostProcessFilter.nGrayCloseItAtGhostStartLevel", All(4)},
+    {"CGhostProcessFilter.nGrayCloseItAtGhostOtherLevel", All(4)},
+    // The same before the borders are fitted. At 16 nothing more is covered, and twice as much of the still picture is
+    // marked where a thing goes further than its own size.
+    {"CGhostProcessFilter.nGhostCloseIter",               All(4)},
 };
 
 // The second attempt's. What lies near is found on a finer level, which has more corners; more samples are drawn; and two

@@ -65,6 +65,8 @@ public:
 
     // Alignment with these parameters, for who runs it without the rest.
     CMultipleImagesAlignFilterOpt& AlignFilter() { return m_pFlow->m_AlignFilter; }
+    // The engine itself, for who looks between its stages.
+    CMultiExposureHDRProcessFlowOpt& Flow() { return *m_pFlow; }
 
 private:
     ParamEntry& FindEntry(const std::string& sFullName) const;
