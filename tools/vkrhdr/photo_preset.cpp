@@ -62,18 +62,19 @@ const PhotoValue kPhotoValues[] = {
     // The share of pairs that must agree: one pixel is strict and things move in front of the camera. At 90, 2 bursts in 10
     // fail, half of them at 640 x 480. Real bursts that align have 53 % and more, those that can not 31 % and less.
     {"CMultipleImagesAlignFilter.nRANSACPsThre_0",    All(40)},
-    // The levels on which movement is looked for, coarsest and finest; level 0 is a quarter of the frame. What is smaller
-    // than 9 x 9 pixels of the finest one is a speck: 36 pixels of a frame of up to 6 megapixels, 72 of a larger one. With
-    // the defaults (4, 2) a disc of 50 to 130 pixels that crosses a frame of 640 x 480 is seen 1 time in 20; from level 4
-    // down to 0 it is, but 18 % of the still picture with it.
+    // The levels on which movement is looked for, coarsest and finest; level 0 is a quarter of the frame. What is
+    // smaller than 9 x 9 pixels of the finest one is a speck: 36 pixels of a frame of up to 6 megapixels, 72 of a
+    // larger one, half of that where the contrast is strong. With the defaults (4, 2) a disc of 50 to 130 pixels that
+    // crosses a frame of 640 x 480 is seen 1 time in 20; from level 4 down to 0 it is, but 18 % of the still picture
+    // with it.
     {"CGhostProcessFilter.nGhostPyramidStartLevel",       {1, 1, 2}},
     {"CGhostProcessFilter.nMinGhostLevel",                {0, 0, 1}},
     // Differences keep their rim. With 1 a quarter of what moved at 640 x 480 is left out, a tenth at 1920 x 1080, and a
     // thing of weak contrast altogether.
     {"CGhostProcessFilter.bErodeDiffEnable",              All(0)},
     // Differences of structure count where they are strong; weak ones are noise, or edges a fraction of a pixel apart. At
-    // 4 three times as much of the still picture is marked, and half of a real night sky, eight stops deep: such a burst
-    // no longer fused. The levels beyond these are not looked at.
+    // 4 three times as much of the still picture is marked, and half of a real night scene over nine stops, which is then
+    // no longer fused. Coarser levels than these are not looked at.
     {"CGhostProcessFilter.nEdgeTh_0",                     All(24)},
     {"CGhostProcessFilter.nEdgeTh_1",                     All(24)},
     {"CGhostProcessFilter.nEdgeTh_2",                     All(24)},
