@@ -28,5 +28,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vkrhdr.pc DESTINATION ${CMAKE_INSTALL_
 install(FILES params/default.txt params/photo.txt DESTINATION ${CMAKE_INSTALL_DATADIR}/vkrhdr)
 if(VKRHDR_BUILD_TOOL)
   install(TARGETS vkrhdr RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  # Whoever made the face model gets it installed for the tool.
+  install(FILES models/faceDetect_rgb_320x240.tflite DESTINATION ${CMAKE_INSTALL_DATADIR}/vkrhdr/models OPTIONAL)
   install(FILES docs/vkrhdr.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()

@@ -17,6 +17,17 @@ namespace {
 
 constexpr int kInputLevels = 3;
 
+std::string& ModelFolder()
+{
+    static std::string s_sFolder;
+    return s_sFolder;
+}
+
+std::string ModelPath()
+{
+    return ModelFolder().empty() ? kFaceModelPath : ModelFolder() + "/" + kFaceModelPath;
+}
+
 // The upright picture; empty when there was no memory.
 void MakeUpright(const CImage& reference, int nOrientation, bool bDump, CImage& upright)
 {
@@ -86,6 +97,16 @@ FaceBox ChooseHostFace(const FaceBox* pHostFaces, int nHostFaces, int nMinSide)
 
 }  // namespace
 
+bool CanFindFaces()
+{
+    return VKRHDR_WITH_TFLITE != 0;
+}
+
+void SetFaceModelFolder(const std::string& sFolder)
+{
+    ModelFolder() = sFolder;
+}
+
 FaceBox SearchFace(const CImage& reference, int nOrientation, int nFaceSource, const FaceBox* pHostFaces,
                    int nHostFaces, const FaceParams& params, bool bDump)
 {
@@ -97,7 +118,7 @@ void FindFacesByNetwork(const CImage& reference, int nOrientation, bool bDump, s
 {
     vBoxes.clear();
     Tic();
-    AIClass detector(kFaceModelPath);
+    AIClass detector(ModelPath().c_str());
     Toc("==========AI init");
     if (nOrientation < 0 || nOrientation > 3) return;
     CImage m_InputLevel[kInputLevels] = {};

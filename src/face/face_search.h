@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "face/face_box.h"
@@ -10,6 +11,13 @@
 namespace vkr {
 
 constexpr char kFaceModelPath[] = "models/faceDetect_rgb_320x240.tflite";  // relative to the working directory
+
+// False in a build without the network's runtime, where a search ends the process as a missing model does.
+bool CanFindFaces();
+
+// For a program that brings a model: the folder that kFaceModelPath is relative to, in place of the working directory;
+// "" is that again. Not beside a search.
+void SetFaceModelFolder(const std::string& sFolder);
 
 // The one face of a burst, in pixels of the working pictures: the largest that is wide or high enough, of equal ones
 // the first. All zero when there is none.

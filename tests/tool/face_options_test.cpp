@@ -35,10 +35,10 @@ protected:
 TEST_F(FaceOptionsTest, ABoxLeadsTheToneAndNoneDoesNot)
 {
     const std::string sPlain = Result({"--face", "none"});
-    EXPECT_EQ(sPlain, Result({}));
+    EXPECT_EQ(sPlain, Result({}));  // there is no model to look with
     const std::string sBox = Result({"--face", "20,20,300,220", "--set", "nAIFaceHeightWidthThres=10"});
     EXPECT_NE(sPlain, sBox);
-    EXPECT_EQ(sPlain, Result({"--face", "20,20,40,40"}));  // too small to count
+    EXPECT_EQ(sPlain, Result({"--face", "20,20,50,50"}));  // too small to count
     EXPECT_EQ(sBox, Result({"--face", "1,1,9,9", "--face", "20,20,300,220", "--set", "nAIFaceHeightWidthThres=10"}));
 }
 

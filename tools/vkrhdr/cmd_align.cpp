@@ -61,7 +61,7 @@ void RunAlign(const AlignOptions& options, const CommonOptions& common)
     PhotoBurst burst = ReadBurst(options.burst);
     FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
     params.SetChromaOrder(options.burst.IsCrFirst());
-    ApplyFaces({{"none"}, ""}, burst, params);
+    ApplyFaces({{"none"}, ""}, options.parameters, burst, params);
     MakeFolder(options.sFolder);
 
     const StopWatch watch;

@@ -93,7 +93,6 @@ Frame FuseBurst(const FuseOptions& options, ToolParameters& params, LibraryLines
     std::optional<WorkingFolder> folder;
     if (!options.sDumpFolder.empty()) {
         MakeDumpFolders(options.sDumpFolder);
-        TakeFaceModelTo(options.sDumpFolder, burst, params);
         folder.emplace(options.sDumpFolder);
     }
     const StopWatch watch;
@@ -135,7 +134,7 @@ CLI::App* DefineFuse(CLI::App& app, FuseOptions& options)
         ->check(CLI::Range(1, 100))
         ->capture_default_str();
     DefineParameters(*pCommand, options.parameters);
-    DefineFaces(*pCommand, options.faces);
+    DefineFaceOptions(*pCommand, options.faces);
     pCommand->add_option("--dump", options.sDumpFolder, "folder for the library's debug files; switches them on");
     pCommand->add_option("--stages", options.sStageFolder,
                          "folder for a PNG of every stage; signed 16-bit values are shown as value / 2 + 128");
@@ -152,7 +151,7 @@ void RunFuse(const FuseOptions& options, const CommonOptions& common)
     PhotoBurst burst = ReadBurst(options.burst);
     FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
     params.SetChromaOrder(options.burst.IsCrFirst());
-    ApplyFaces(options.faces, burst, params);
+    ApplyFaces(options.faces, options.parameters, burst, params);
     const Frame result = FuseBurst(options, params, lines, burst);
     WriteWholeFile(options.sOutput, EncodeResult(options, result, burst.Reference()));
     Say("wrote %s", options.sOutput.c_str());

@@ -72,7 +72,7 @@ CLI::App* DefineInspect(CLI::App& app, InspectOptions& options)
     pCommand->add_option("-o,--output", options.sFolder, "folder for index.html and its pictures, all upright")
         ->required();
     DefineParameters(*pCommand, options.parameters);
-    DefineFaces(*pCommand, options.faces);
+    DefineFaceOptions(*pCommand, options.faces);
     return pCommand;
 }
 
@@ -86,7 +86,7 @@ void RunInspect(const InspectOptions& options, const CommonOptions& common)
     PhotoBurst burst = ReadBurst(options.burst);
     FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
     params.SetChromaOrder(options.burst.IsCrFirst());
-    ApplyFaces(options.faces, burst, params);
+    ApplyFaces(options.faces, options.parameters, burst, params);
     PictureFolder folder(options.sFolder, burst.Reference().info.nOrientation);
 
     const std::unique_ptr<Fusion> pFusion = FuseAndLook(options, params, lines, burst);

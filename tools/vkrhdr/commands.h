@@ -44,6 +44,10 @@ struct InspectOptions {
     std::string sFolder;
 };
 
+struct FacesOptions {
+    std::string sImage, sOutput;  // output empty: by the name of the picture
+};
+
 struct ParamsOptions {
     std::vector<std::string> vSets;
     std::string sPreset, sForSize;  // empty: not asked for
@@ -70,6 +74,7 @@ struct BenchOptions {
 CLI::App* DefineFuse(CLI::App& app, FuseOptions& options);
 CLI::App* DefineAlign(CLI::App& app, AlignOptions& options);
 CLI::App* DefineInspect(CLI::App& app, InspectOptions& options);
+CLI::App* DefineFaces(CLI::App& app, FacesOptions& options);
 CLI::App* DefineParams(CLI::App& app, ParamsOptions& options);
 CLI::App* DefineEncipher(CLI::App& app, EncipherOptions& options);
 CLI::App* DefineDecipher(CLI::App& app, EncipherOptions& options);
@@ -79,6 +84,7 @@ CLI::App* DefineBench(CLI::App& app, BenchOptions& options);
 void RunFuse(const FuseOptions& options, const CommonOptions& common);
 void RunAlign(const AlignOptions& options, const CommonOptions& common);
 void RunInspect(const InspectOptions& options, const CommonOptions& common);
+void RunFaces(const FacesOptions& options, const CommonOptions& common);
 void RunParams(const ParamsOptions& options);
 void RunEncipher(const EncipherOptions& options, const CommonOptions& common);
 void RunDecipher(const EncipherOptions& options);

@@ -108,6 +108,23 @@ PhotoInfo ReadPhotoInfo(const Bytes& vPicture)
     return info;
 }
 
+int QuarterTurns(int nExifOrientation)
+{
+    switch (nExifOrientation) {
+        case 5:
+        case 6:
+            return 1;
+        case 3:
+        case 4:
+            return 2;
+        case 7:
+        case 8:
+            return 3;
+        default:
+            return 0;
+    }
+}
+
 Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vJpeg, int w, int h)
 {
     try {

@@ -16,6 +16,10 @@ struct PhotoInfo {
 // Never fails: a file without readable EXIF gives the defaults.
 PhotoInfo ReadPhotoInfo(const Bytes& vPicture);
 
+// How the frames lie, for the face search: quarter turns, 0 .. 3, from a stored picture to an upright one. Mirrored
+// pictures count as what they mirror.
+int QuarterTurns(int nExifOrientation);
+
 // The JPEG with the EXIF and the colour profile of another picture file, less its thumbnail and with the size w x h. A
 // file without either, or with EXIF that can not be read, gives the JPEG as it is.
 Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vJpeg, int w, int h);

@@ -2,17 +2,14 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <filesystem>
 
 #include "commands.h"
-#include "face/face_search.h"
+#include "face_model.h"
 #include "tool_error.h"
 
 namespace vkr::tool {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr int kHostFaces = 1;  // a face source of the library; 0 is the network
 
@@ -32,12 +29,6 @@ bool IsWord(const std::string& sFace)
     return sFace == "auto" || sFace == "none";
 }
 
-bool HasModel()
-{
-    std::error_code error;
-    return fs::is_regular_file(kFaceModelPath, error);
-}
-
 void ApplyLook(const FaceOptions& options, ToolParameters& params)
 {
     if (options.sLook.empty()) return;
@@ -48,7 +39,7 @@ void ApplyLook(const FaceOptions& options, ToolParameters& params)
 
 }  // namespace
 
-void DefineFaces(CLI::App& command, FaceOptions& options)
+void DefineFaceOptions(CLI::App& command, FaceOptions& options)
 {
     command
         .add_option("--face", options.vFaces,
@@ -70,28 +61,23 @@ void CheckFaces(const FaceOptions& options)
     }
 }
 
-void ApplyFaces(const FaceOptions& options, PhotoBurst& burst, ToolParameters& params)
+void ApplyFaces(const FaceOptions& options, const ParameterOptions& parameters, PhotoBurst& burst,
+                ToolParameters& params)
 {
     ApplyLook(options, params);
     const bool bWord = !options.vFaces.empty() && IsWord(options.vFaces[0]);
+    const bool bOwnChoice = options.vFaces.empty() && parameters.IsPhoto() && !parameters.Sets("bAIMask");
+    if (bOwnChoice) params.Set("bAIMask=1");
     if (!options.vFaces.empty()) params.Set(options.vFaces[0] == "none" ? "bAIMask=0" : "bAIMask=1");
     for (const std::string& sFace : options.vFaces) {
         if (!bWord) burst.vFaces.push_back(ParseBox(sFace));
     }
     burst.nFaceSource = burst.vFaces.empty() ? 0 : kHostFaces;
-    if (burst.nFaceSource > 0 || params.Get("bAIMask") == 0 || HasModel()) return;
-    Say("no face is looked for: there is no %s here; tools/face_model/make makes it", kFaceModelPath);
-    params.Set("bAIMask=0");
-}
-
-void TakeFaceModelTo(const std::string& sFolder, const PhotoBurst& burst, const ToolParameters& params)
-{
     if (burst.nFaceSource > 0 || params.Get("bAIMask") == 0) return;
-    const fs::path to = fs::path(sFolder) / kFaceModelPath;
-    MakeFolder(to.parent_path().string());
-    std::error_code error;
-    fs::copy_file(kFaceModelPath, to, fs::copy_options::overwrite_existing, error);
-    if (error) throw BurstError(to.string() + ": can not be written: " + error.message());
+    const std::string sWhyNot = FindFaceModel();
+    if (sWhyNot.empty()) return;
+    Say("no face is looked for: %s", sWhyNot.c_str());
+    params.Set("bAIMask=0");
 }
 
 }  // namespace vkr::tool

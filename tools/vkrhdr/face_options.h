@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "parameter_options.h"
 #include "photo_burst.h"
 #include "tool_parameters.h"
 
@@ -10,21 +11,20 @@ namespace vkr::tool {
 
 // Whose face the tone follows.
 struct FaceOptions {
-    std::vector<std::string> vFaces;  // empty: as the parameters say; "none", "auto", or boxes "X1,Y1,X2,Y2"
-    std::string sLook;                // empty: as the parameters say; "lut" or "hsv"
+    // "none", "auto", or boxes "X1,Y1,X2,Y2"; empty: auto with the photo preset, else as the parameters say
+    std::vector<std::string> vFaces;
+    std::string sLook;  // empty: as the parameters say; "lut" or "hsv"
 };
 
-void DefineFaces(CLI::App& command, FaceOptions& options);
+void DefineFaceOptions(CLI::App& command, FaceOptions& options);
 
 // UsageError for all that can be refused before a picture is read.
 void CheckFaces(const FaceOptions& options);
 
-// Sets the faces of burst and the parameters that go with them. A search by the network is asked for only where the
-// model lies, kFaceModelPath in the folder that the program runs in; where it is missing, one line on standard error
-// tells how to get it, and no face is looked for: without it the library would end the process.
-void ApplyFaces(const FaceOptions& options, PhotoBurst& burst, ToolParameters& params);
-
-// For a render in another working folder: the model, copied there, if the burst asks for it.
-void TakeFaceModelTo(const std::string& sFolder, const PhotoBurst& burst, const ToolParameters& params);
+// Sets the faces of burst and the parameters that go with them. A search by the network is asked for only where there
+// is a model (see FindFaceModel); where it is missing, one line on standard error tells how to get it, and no face is
+// looked for: without it the library would end the process.
+void ApplyFaces(const FaceOptions& options, const ParameterOptions& parameters, PhotoBurst& burst,
+                ToolParameters& params);
 
 }  // namespace vkr::tool

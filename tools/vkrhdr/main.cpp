@@ -49,6 +49,7 @@ int Run(int argc, char** argv)
     FuseOptions fuse;
     AlignOptions align;
     InspectOptions inspect;
+    FacesOptions faces;
     ParamsOptions params;
     EncipherOptions encipher, decipher;
     DemoOptions demo;
@@ -57,6 +58,7 @@ int Run(int argc, char** argv)
     const CLI::App* pFuse = DefineFuse(app, fuse);
     const CLI::App* pAlign = DefineAlign(app, align);
     const CLI::App* pInspect = DefineInspect(app, inspect);
+    const CLI::App* pFaces = DefineFaces(app, faces);
     const CLI::App* pParams = DefineParams(app, params);
     const CLI::App* pEncipher = DefineEncipher(app, encipher);
     const CLI::App* pDecipher = DefineDecipher(app, decipher);
@@ -73,6 +75,7 @@ int Run(int argc, char** argv)
     if (pFuse->parsed()) RunFuse(fuse, common);
     if (pAlign->parsed()) RunAlign(align, common);
     if (pInspect->parsed()) RunInspect(inspect, common);
+    if (pFaces->parsed()) RunFaces(faces, common);
     if (pParams->parsed()) RunParams(params);
     if (pEncipher->parsed()) RunEncipher(encipher, common);
     if (pDecipher->parsed()) RunDecipher(decipher);

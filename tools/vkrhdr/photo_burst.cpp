@@ -64,25 +64,6 @@ void SayBurst(const PhotoBurst& burst)
     }
 }
 
-// How the frames lie, for the face search: quarter turns from a stored picture to an upright one. Mirrored pictures
-// count as what they mirror.
-int QuarterTurns(int nExifOrientation)
-{
-    switch (nExifOrientation) {
-        case 5:
-        case 6:
-            return 1;
-        case 3:
-        case 4:
-            return 2;
-        case 7:
-        case 8:
-            return 3;
-        default:
-            return 0;
-    }
-}
-
 }  // namespace
 
 void DefineBurst(CLI::App& command, BurstOptions& options)

@@ -96,6 +96,17 @@ const PhotoValue kPhotoValues[] = {
     // The same before the borders are fitted. At 16 nothing more is covered, and twice as much of the still picture is
     // marked where a thing goes further than its own size.
     {"CGhostProcessFilter.nGhostCloseIter",               All(4)},
+    // A face counts from a fifteenth of the picture's height, whatever the size.
+    {"nAIFaceHeightWidthThres",                           {16, 36, 100}},
+    // Every face counts. Those in hard light or before a window have the widest spread, 193 to 416 in real bursts, and
+    // need it most: at 150 the tone follows none of them.
+    {"nBrightDarkFaceThres",                              All(1000)},
+    // With --face-look hsv dark parts too take their colour from the reference. Where the fused picture is black it has
+    // none: at 0 dark clothes come out in grey patches.
+    {"nHSP2PToneWeight_0",                                All(256)},
+    {"nHSP2PToneWeight_1",                                All(256)},
+    {"nHSP2PToneWeight_2",                                All(256)},
+    {"nHSP2PToneWeight_3",                                All(256)},
 };
 
 // The second attempt's. What lies near is found on a finer level, which has more corners; more samples are drawn; and two
