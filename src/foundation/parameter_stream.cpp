@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 
@@ -10,6 +11,7 @@ namespace vkr {
 
 namespace {
 
+constexpr int kLongestWord = 1 << 20;  // a word that is longer, as a device without end has it, ends there
 constexpr int kLineBytes = 256;  // a line is taken in pieces of at most 255 characters
 
 // Room for one character more than a filter's name may have, so that a word cut here equals no name.
@@ -31,13 +33,13 @@ int SkipSpace(std::FILE* pFile)
 // Reads one word and the white space on both its sides, blank lines too. False at the end of the file.
 bool ReadWord(std::FILE* pFile, Word& szWord)
 {
-    size_t nLength = 0;
+    int nLength = 0;
     int c = SkipSpace(pFile);
     if (c == EOF) return false;
-    for (; c != EOF && !IsSpace(c); c = std::fgetc(pFile)) {
-        if (nLength + 1 < sizeof(Word)) szWord[nLength++] = static_cast<char>(c);
+    for (; c != EOF && !IsSpace(c) && nLength < kLongestWord; c = std::fgetc(pFile), ++nLength) {
+        if (nLength + 1 < static_cast<int>(sizeof(Word))) szWord[nLength] = static_cast<char>(c);
     }
-    szWord[nLength] = '\0';
+    szWord[std::min(nLength, static_cast<int>(sizeof(Word)) - 1)] = '\0';
     if (c != EOF) c = SkipSpace(pFile);
     if (c != EOF) std::ungetc(c, pFile);
     return true;

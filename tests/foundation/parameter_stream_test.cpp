@@ -153,6 +153,7 @@ TEST(ParameterStream, NamesMustBeKnown)
     EXPECT_EQ(lines.Text(), "");
     EXPECT_FALSE(LoadTree(root, std::string(5000, 'C')));
     EXPECT_EQ(lines.Text(), "Can not match filter name " + std::string(256, 'C') + "!!!\n");
+    EXPECT_FALSE(root.LoadParameterFile("/dev/zero")) << "a word that never ends";
 }
 
 }  // namespace
