@@ -12,7 +12,7 @@ namespace vkr {
 namespace {
 
 constexpr int kLongestWord = 1 << 20;  // a word that is longer, as a device without end has it, ends there
-constexpr int kLineBytes = 256;  // a line is taken in pieces of at most 255 characters
+constexpr int kLineBytes = 256;        // a line is taken in pieces of at most 255 characters
 
 // Room for one character more than a filter's name may have, so that a word cut here equals no name.
 using Word = char[sizeof(CFilter::m_szName) + 1];

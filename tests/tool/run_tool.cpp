@@ -59,7 +59,8 @@ int ToolRun::ErrorLines() const
 ToolRun RunTool(const TestFolder& folder, const std::vector<std::string>& vArguments)
 {
     const TestFolder streams;
-    std::string sCommand = "cd " + Quoted(folder.Root()) + " && VKRHDR_SHARE=\"$VKRHDR_TEST_SHARE\" " + Quoted(VKRHDR_TOOL);
+    std::string sCommand =
+        "cd " + Quoted(folder.Root()) + " && VKRHDR_SHARE=\"$VKRHDR_TEST_SHARE\" " + Quoted(VKRHDR_TOOL);
     for (const std::string& sArgument : vArguments) sCommand += " " + Quoted(sArgument);
     sCommand += " >" + Quoted(streams.Path("out")) + " 2>" + Quoted(streams.Path("err"));
     const int nStatus = std::system(sCommand.c_str());
