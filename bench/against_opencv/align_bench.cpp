@@ -17,10 +17,10 @@
 #include <vector>
 
 #include "foundation/mem_pool.h"
-#include "library_lines.h"
-#include "picture_size.h"
-#include "tool_error.h"
-#include "tool_parameters.h"
+#include "library/library_lines.h"
+#include "library/tool_parameters.h"
+#include "pictures/picture_size.h"
+#include "pictures/tool_error.h"
 #include "truth/error_table.h"
 
 #include <opencv2/calib3d.hpp>

@@ -5,8 +5,8 @@
 #include <random>
 #include <vector>
 
+#include "algebra/matrix.h"
 #include "align/homograph_mapping_filter.h"
-#include "align/matrix.h"
 #include "align/valid_mask.h"
 #include "align/warp_rows.h"
 #include "foundation/image.h"

@@ -5,12 +5,12 @@
 
 #include "foundation/image.h"
 #include "foundation/log.h"
-#include "fusion/build_weight.h"
 #include "fusion/edge_layers.h"
-#include "fusion/normalize_weight.h"
 #include "fusion/pyramid_fusion.h"
-#include "fusion/satu_mask.h"
 #include "fusion/working_frames.h"
+#include "weights/build_weight.h"
+#include "weights/normalize_weight.h"
+#include "weights/satu_mask.h"
 
 // The stages of the fusion at the size of a burst of three: the arguments are the width and height of the frames. The
 // working pictures have half of each. Pixels are those of the frames, times three exposures.

@@ -6,6 +6,7 @@
 
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
+#include "local_curve/local_auto_curve_filter.h"
 #include "primitives/pyramid_levels.h"
 #include "tone/brightness_statistics.h"
 #include "tone/clip_saturation.h"
@@ -14,7 +15,6 @@
 #include "tone/global_stretch.h"
 #include "tone/hsv_stretch_tone.h"
 #include "tone/hsv_tone.h"
-#include "tone/local_auto_curve_filter.h"
 #include "tone/stretch_rows.h"
 
 namespace vkr {

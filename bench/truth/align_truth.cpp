@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "tool_error.h"
+#include "pictures/tool_error.h"
 #include "truth/error_table.h"
 #include "truth/truth_options.h"
 

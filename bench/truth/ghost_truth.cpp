@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "tool_error.h"
+#include "pictures/tool_error.h"
 #include "truth/ghost_run.h"
 #include "truth/ghost_table.h"
 #include "truth/stops.h"

@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "foundation/mem_pool.h"
-#include "tool_error.h"
+#include "pictures/tool_error.h"
 
 namespace vkr::truth {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "library_lines.h"
-#include "picture_size.h"
-#include "tool_parameters.h"
+#include "library/library_lines.h"
+#include "library/tool_parameters.h"
+#include "pictures/picture_size.h"
 
 namespace vkr::truth {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "align/matrix.h"
+#include "algebra/matrix.h"
 
 namespace vkr {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "align/matrix.h"
+#include "algebra/matrix.h"
 #include "foundation/filter.h"
 #include "foundation/image.h"
 

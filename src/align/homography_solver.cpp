@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "align/singular_values.h"
+#include "algebra/singular_values.h"
 
 namespace vkr {
 namespace {

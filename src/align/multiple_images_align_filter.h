@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
+#include "algebra/matrix.h"
 #include "align/feature_point_detection.h"
 #include "align/homograph_mapping_filter.h"
 #include "align/match_list.h"
-#include "align/matrix.h"
 #include "foundation/filter.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image.h"

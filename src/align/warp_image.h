@@ -1,6 +1,6 @@
 #pragma once
 
-#include "align/matrix.h"
+#include "algebra/matrix.h"
 #include "foundation/image.h"
 
 namespace vkr {

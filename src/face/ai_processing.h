@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "algebra/matrix.h"
 #include "align/homograph_mapping_filter.h"
-#include "align/matrix.h"
 #include "face/average_pooling_down_scale_filter.h"
 #include "face/face_box_record.h"
 #include "face/pyramid_up_scale_filter.h"

@@ -1,4 +1,5 @@
 #include "face/face_intensity.h"
+#include "face/face_marks.h"
 #include "face/face_search.h"
 #include "flow/flow_temporaries.h"
 #include "flow/multi_exposure_flow.h"
@@ -9,18 +10,17 @@
 #include "foundation/log.h"
 #include "foundation/stage_probe.h"
 #include "foundation/timing.h"
-#include "fusion/build_weight.h"
 #include "fusion/edge_layers.h"
-#include "fusion/ghost_embedding.h"
 #include "fusion/pyramid_fusion.h"
-#include "fusion/satu_mask.h"
 #include "fusion/working_frames.h"
+#include "ghosts/ghost_embedding.h"
 #include "tone/edge_restore.h"
-#include "tone/face_marks.h"
 #include "tone/face_tone_stretch.h"
 #include "tone/global_stretch.h"
 #include "tone/hsv_stretch_tone.h"
 #include "tone/hsv_tone.h"
+#include "weights/build_weight.h"
+#include "weights/satu_mask.h"
 
 namespace vkr {
 

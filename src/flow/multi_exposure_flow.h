@@ -6,14 +6,16 @@
 #include "flow/flow_params.h"
 #include "foundation/filter.h"
 #include "foundation/image.h"
+#include "foundation/ready_flags.h"
 #include "fusion/fusion_params.h"
-#include "fusion/ghost_process_filter.h"
-#include "fusion/ready_flags.h"
-#include "fusion/relinearize.h"
+#include "ghosts/ghost_embed_params.h"
+#include "ghosts/ghost_process_filter.h"
+#include "ghosts/relinearize.h"
+#include "local_curve/local_auto_curve_filter.h"
 #include "primitives/pyramid_levels.h"
 #include "tone/face_tone_params.h"
-#include "tone/local_auto_curve_filter.h"
 #include "tone/tone_params.h"
+#include "weights/weight_params.h"
 
 namespace vkr {
 

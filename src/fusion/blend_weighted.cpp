@@ -5,7 +5,7 @@
 #include <hwy/foreach_target.h>  // compiles this file once per instruction set
 #include <hwy/highway.h>
 
-#include "fusion/quotient-inl.h"
+#include "primitives/quotient-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vkr {

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "foundation/fixed_point.h"
-#include "fusion/planar_rows.h"
+#include "primitives/planar_rows.h"
 
 namespace vkr {
 

@@ -4,7 +4,7 @@
 
 #include "foundation/parallel_rows.h"
 #include "fusion/blend_weighted.h"
-#include "fusion/doubled_rows.h"
+#include "primitives/doubled_rows.h"
 
 namespace vkr {
 

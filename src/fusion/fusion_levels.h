@@ -2,7 +2,7 @@
 
 #include "foundation/fixed_point.h"
 #include "foundation/image.h"
-#include "fusion/doubled_rows.h"
+#include "primitives/doubled_rows.h"
 #include "primitives/pyramid_levels.h"
 
 namespace vkr {

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "fusion/fusion_params.h"
-#include "fusion/planar_rows.h"
+#include "primitives/planar_rows.h"
 
 namespace vkr {
 

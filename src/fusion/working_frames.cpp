@@ -8,9 +8,9 @@
 #include "foundation/log.h"
 #include "foundation/parallel_rows.h"
 #include "foundation/timing.h"
-#include "fusion/doubled_rows.h"
-#include "fusion/planar_rows.h"
+#include "primitives/doubled_rows.h"
 #include "primitives/gaussian_pyramid.h"
+#include "primitives/planar_rows.h"
 
 namespace vkr {
 

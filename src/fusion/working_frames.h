@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/image.h"
-#include "fusion/ready_flags.h"
+#include "foundation/ready_flags.h"
 
 namespace vkr {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fusion/blend_weighted.h"
-#include "fusion_defaults.h"
+#include "fusion/fusion_defaults.h"
 #include "support/for_threads.h"
 #include "support/random_image.h"
 

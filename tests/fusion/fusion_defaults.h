@@ -4,6 +4,7 @@
 
 #include "fusion/fusion_params.h"
 #include "primitives/pyramid_levels.h"
+#include "weights/weight_params.h"
 
 namespace vkr {
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "fusion_defaults.h"
+#include "fusion/fusion_defaults.h"
 #include "support/random_image.h"
 #include "support/simd_targets.h"
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "fusion_defaults.h"
-#include "reference_fusion.h"
+#include "fusion/fusion_defaults.h"
+#include "fusion/reference_fusion.h"
 #include "support/for_threads.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <sstream>
 
-#include "colour_convert.h"
+#include "pictures/colour_convert.h"
 #include "run_tool.h"
 
 namespace vkr::tool {

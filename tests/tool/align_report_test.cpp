@@ -1,4 +1,4 @@
-#include "align_report.h"
+#include "library/align_report.h"
 
 #include <gtest/gtest.h>
 

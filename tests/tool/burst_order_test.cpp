@@ -1,4 +1,4 @@
-#include "burst_order.h"
+#include "burst/burst_order.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "colour_convert.h"
+#include "pictures/colour_convert.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "tool_error.h"
+#include "pictures/tool_error.h"
 
 namespace vkr::tool {
 

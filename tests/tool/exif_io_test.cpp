@@ -1,4 +1,4 @@
-#include "exif_io.h"
+#include "pictures/exif_io.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "exposure_ratio.h"
+#include "burst/exposure_ratio.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 #include "flow/multi_exposure_flow.h"
 #include "foundation/piecewise_linear.h"
-#include "picture_shift.h"
+#include "pictures/picture_shift.h"
 
 namespace vkr::tool {
 

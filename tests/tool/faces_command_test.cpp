@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "face/face_search.h"
+#include "pictures/tool_error.h"
 #include "run_tool.h"
 #include "support/tiny_model.h"
 #include "tagged_jpeg.h"
-#include "tool_error.h"
 
 namespace vkr::tool {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "colour_convert.h"
+#include "pictures/colour_convert.h"
 #include "run_tool.h"
 #include "tagged_jpeg.h"
 

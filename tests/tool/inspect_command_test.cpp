@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "colour_convert.h"
+#include "pictures/colour_convert.h"
 #include "run_tool.h"
 #include "tagged_jpeg.h"
 

@@ -1,4 +1,4 @@
-#include "inspect_pictures.h"
+#include "inspect/inspect_pictures.h"
 
 #include <gtest/gtest.h>
 

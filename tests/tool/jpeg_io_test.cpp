@@ -5,9 +5,9 @@
 #include <memory>
 #include <random>
 
-#include "picture_io.h"
+#include "pictures/picture_io.h"
+#include "pictures/tool_error.h"
 #include "run_tool.h"
-#include "tool_error.h"
 
 namespace vkr::tool {
 

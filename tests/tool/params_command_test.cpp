@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "flow/multi_exposure_flow.h"
-#include "photo_preset.h"
+#include "library/photo_preset.h"
 #include "run_tool.h"
 #include "support/quiet_lines.h"
 

@@ -1,4 +1,4 @@
-#include "photo_preset.h"
+#include "library/photo_preset.h"
 
 #include <gtest/gtest.h>
 

@@ -1,13 +1,13 @@
-#include "picture_shift.h"
+#include "pictures/picture_shift.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "borrowed_border.h"
-#include "colour_convert.h"
-#include "moved_frame.h"
+#include "pictures/colour_convert.h"
 #include "run_tool.h"
+#include "second_attempt/borrowed_border.h"
+#include "second_attempt/moved_frame.h"
 
 namespace vkr::tool {
 

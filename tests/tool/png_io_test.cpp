@@ -4,8 +4,8 @@
 #include <cstring>
 #include <random>
 
-#include "picture_io.h"
-#include "tool_error.h"
+#include "pictures/picture_io.h"
+#include "pictures/tool_error.h"
 
 namespace vkr::tool {
 

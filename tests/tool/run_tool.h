@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "picture_io.h"
+#include "pictures/picture_io.h"
 
 namespace vkr::tool {
 

@@ -1,4 +1,4 @@
-#include "stage_times.h"
+#include "library/stage_times.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "picture_io.h"
+#include "pictures/picture_io.h"
 
 namespace vkr::tool {
 

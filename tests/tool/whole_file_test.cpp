@@ -1,10 +1,10 @@
-#include "whole_file.h"
+#include "pictures/whole_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "pictures/tool_error.h"
 #include "run_tool.h"
-#include "tool_error.h"
 
 namespace vkr::tool {
 

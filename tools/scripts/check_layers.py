@@ -4,15 +4,20 @@ import pathlib
 import re
 import sys
 
+BASE = {'foundation', 'primitives'}
 MAY_INCLUDE = {
     'foundation': set(),
     'primitives': {'foundation'},
-    'align': {'foundation', 'primitives'},
-    'fusion': {'foundation', 'primitives'},
-    'face': {'foundation', 'primitives', 'align'},
-    'tone': {'foundation', 'primitives', 'face'},
-    'flow': {'foundation', 'primitives', 'align', 'fusion', 'face', 'tone'},
-    'interface': {'foundation', 'primitives', 'align', 'fusion', 'face', 'tone', 'flow'},
+    'algebra': {'foundation'},
+    'align': BASE | {'algebra'},
+    'weights': BASE,
+    'fusion': BASE,
+    'ghosts': BASE | {'fusion'},
+    'face': BASE | {'align', 'algebra'},
+    'tone': BASE | {'face'},
+    'local_curve': BASE,
+    'flow': BASE | {'align', 'weights', 'ghosts', 'fusion', 'face', 'tone', 'local_curve'},
+    'interface': BASE | {'align', 'weights', 'ghosts', 'fusion', 'face', 'tone', 'local_curve', 'flow'},
 }
 
 root = pathlib.Path(sys.argv[1]) / 'src'

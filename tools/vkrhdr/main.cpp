@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <exception>
 
-#include "commands.h"
-#include "tool_error.h"
+#include "commands/commands.h"
+#include "pictures/tool_error.h"
 #include "vkrHdr.h"
 
 namespace vkr::tool {

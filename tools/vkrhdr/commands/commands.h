@@ -1,0 +1,97 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "burst/photo_burst.h"
+#include "commands/face_options.h"
+#include "library/parameter_options.h"
+
+namespace CLI {
+class App;
+}
+
+namespace vkr::tool {
+
+// One file a subcommand: its options, how the command line fills them, and what it does with them. Run... throws
+// UsageError and BurstError; all else is done when it returns.
+
+struct CommonOptions {
+    int nThreads = 0;  // 0: as the system has it
+    std::string sSimd = "on";
+    bool bVerbose = false;
+};
+
+struct FuseOptions {
+    BurstOptions burst;
+    ParameterOptions parameters;
+    FaceOptions faces;
+    std::string sOutput, sDumpFolder, sStageFolder;
+    int nQuality = 95;
+    bool bTimings = false;
+};
+
+struct AlignOptions {
+    BurstOptions burst;
+    ParameterOptions parameters;
+    std::string sFolder;
+};
+
+struct InspectOptions {
+    BurstOptions burst;
+    ParameterOptions parameters;
+    FaceOptions faces;
+    std::string sFolder;
+};
+
+struct FacesOptions {
+    std::string sImage, sOutput;  // output empty: by the name of the picture
+};
+
+struct ParamsOptions {
+    std::vector<std::string> vSets;
+    std::string sPreset, sForSize;  // empty: not asked for
+    bool bShipped = false;
+};
+
+struct EncipherOptions {
+    std::string sInput, sOutput;
+    std::string sConfigVersion;  // empty: none
+};
+
+struct DemoOptions {
+    ParameterOptions parameters;
+    std::string sFolder = "demo", sSize = "960x640";
+    int nExposures = 3;
+};
+
+struct BenchOptions {
+    ParameterOptions parameters;
+    std::string sSize = "4000x3000";
+    int nExposures = 3, nRuns = 5;
+};
+
+CLI::App* DefineFuse(CLI::App& app, FuseOptions& options);
+CLI::App* DefineAlign(CLI::App& app, AlignOptions& options);
+CLI::App* DefineInspect(CLI::App& app, InspectOptions& options);
+CLI::App* DefineFaces(CLI::App& app, FacesOptions& options);
+CLI::App* DefineParams(CLI::App& app, ParamsOptions& options);
+CLI::App* DefineEncipher(CLI::App& app, EncipherOptions& options);
+CLI::App* DefineDecipher(CLI::App& app, EncipherOptions& options);
+CLI::App* DefineDemo(CLI::App& app, DemoOptions& options);
+CLI::App* DefineBench(CLI::App& app, BenchOptions& options);
+
+void RunFuse(const FuseOptions& options, const CommonOptions& common);
+void RunAlign(const AlignOptions& options, const CommonOptions& common);
+void RunInspect(const InspectOptions& options, const CommonOptions& common);
+void RunFaces(const FacesOptions& options, const CommonOptions& common);
+void RunParams(const ParamsOptions& options);
+void RunEncipher(const EncipherOptions& options, const CommonOptions& common);
+void RunDecipher(const EncipherOptions& options);
+void RunDemo(const DemoOptions& options, const CommonOptions& common);
+void RunBench(const BenchOptions& options, const CommonOptions& common);
+
+// A short line about what was done, on standard error.
+void Say(const char* pFormat, ...) __attribute__((format(printf, 1, 2)));
+
+}  // namespace vkr::tool

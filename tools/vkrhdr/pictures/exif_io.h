@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "pictures/whole_file.h"
+
+namespace vkr::tool {
+
+// What a picture file tells about how it was taken.
+struct PhotoInfo {
+    double fExposure = 0;   // seconds * ISO / aperture^2, a missing aperture or ISO counting as 1; 0: no time given
+    std::string sExposure;  // "1/30 s f/2.8 ISO 100", as far as known
+    int nOrientation = 1;   // EXIF 1 .. 8; 1 is upright
+};
+
+// Never fails: a file without readable EXIF gives the defaults.
+PhotoInfo ReadPhotoInfo(const Bytes& vPicture);
+
+// How the frames lie, for the face search: quarter turns, 0 .. 3, from a stored picture to an upright one. Mirrored
+// pictures count as what they mirror.
+int QuarterTurns(int nExifOrientation);
+
+// The JPEG with the EXIF and the colour profile of another picture file, less its thumbnail and with the size w x h. A
+// file without either, or with EXIF that can not be read, gives the JPEG as it is.
+Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vJpeg, int w, int h);
+
+}  // namespace vkr::tool
