@@ -14,11 +14,11 @@ SOURCES = [
     'src/align/align_parameters.cpp',
     'src/align/feature_point_detection.cpp',
     'src/align/homograph_mapping_filter.cpp',
-    'src/fusion/ghost_parameters.cpp',
-    'src/tone/local_curve_parameters.cpp',
+    'src/ghosts/ghost_parameters.cpp',
+    'src/local_curve/local_curve_parameters.cpp',
 ]
 
-PRESET = 'tools/vkrhdr/photo_preset.cpp'
+PRESET = 'tools/vkrhdr/library/photo_preset.cpp'
 
 HEAD = '''# Parameters
 
