@@ -11,6 +11,7 @@
 #include "align/valid_mask.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
+#include "foundation/parallel_rows.h"
 #include "foundation/timing.h"
 
 namespace vkr {
@@ -30,13 +31,35 @@ int PaddedSide(int nSide, int nTopLevel)
     return nSide + (nSide & ((1 << nTopLevel) - 1));
 }
 
-bool ResizeFrames(CYuvImage* vFrames, int nExposureNum, int w, int h, bool (*pResize)(CYuvImage&, int, int))
+bool PadFrames(CYuvImage* vFrames, int nExposureNum, int w, int h)
 {
     for (int k = 0; k < nExposureNum; ++k) {
-        if ((vFrames[k].nWidth != w || vFrames[k].nHeight != h) && !pResize(vFrames[k], w, h)) return false;
+        if ((vFrames[k].nWidth != w || vFrames[k].nHeight != h) && !PadFrame(vFrames[k], w, h)) return false;
     }
     return true;
 }
+
+// Frames that are padded in between have their own size again on every way out: the host's planes have it too.
+class FrameSizeScope {
+public:
+    FrameSizeScope(CYuvImage* vFrames, int nExposureNum)
+        : m_vFrames(vFrames), m_nExposureNum(nExposureNum), m_nWidth(vFrames[0].nWidth), m_nHeight(vFrames[0].nHeight)
+    {
+    }
+    ~FrameSizeScope()
+    {
+        ParallelItems(m_nExposureNum, [this](int k) {
+            CYuvImage& frame = m_vFrames[k];
+            if (frame.nWidth != m_nWidth || frame.nHeight != m_nHeight) CropFrame(frame, m_nWidth, m_nHeight);
+        });
+    }
+    FrameSizeScope(const FrameSizeScope&) = delete;
+    FrameSizeScope& operator=(const FrameSizeScope&) = delete;
+
+private:
+    CYuvImage* m_vFrames;
+    int m_nExposureNum, m_nWidth, m_nHeight;
+};
 
 CMatrix Translation(double x, double y)
 {
@@ -103,10 +126,30 @@ bool CMultipleImagesAlignFilterOpt::AlignImages(CYuvImage* vFrames, int nExposur
 {
     range.m_nFirstValid = 0;
     range.m_nLastValid = nExposureNum;
-    const int w = vFrames[0].nWidth, h = vFrames[0].nHeight;
-    const int wPadded = PaddedSide(w, nFeatureMatchLevel), hPadded = PaddedSide(h, nFeatureMatchLevel);
+    bool bDone = false;
+    {
+        const FrameSizeScope scope(vFrames, nExposureNum);
+        bDone = AlignPadded(vFrames, nExposureNum, nReference, vAlignMasks, range, dumps);
+    }
+    if (!bDone) {
+        for (int k = 0; k < nExposureNum; ++k) vAlignMasks[k].Release();
+        return false;
+    }
+    if (bDumpDebug && dumps.bEnable) {
+        DumpAligned(vFrames[nReference], vAlignMasks[nReference], nReference, dumps.bUVOrder);
+    }
+    HdrPrintf("Global Alignement Done\n!!!");
+    return true;
+}
+
+// Pads the frames to what the pyramid asks for, and leaves them so.
+bool CMultipleImagesAlignFilterOpt::AlignPadded(CYuvImage* vFrames, int nExposureNum, int nReference,
+                                                CImage* vAlignMasks, ValidRange& range, const AlignDumps& dumps)
+{
+    const int wPadded = PaddedSide(vFrames[0].nWidth, nFeatureMatchLevel);
+    const int hPadded = PaddedSide(vFrames[0].nHeight, nFeatureMatchLevel);
     const bool bDump = bDumpDebug && dumps.bEnable;
-    if (!ResizeFrames(vFrames, nExposureNum, wPadded, hPadded, &PadFrame)) return false;
+    if (!PadFrames(vFrames, nExposureNum, wPadded, hPadded)) return false;
     HdrPrintf("Global Alignement Start\n!!!");
     SeedAlignRandom();
 
@@ -120,11 +163,7 @@ bool CMultipleImagesAlignFilterOpt::AlignImages(CYuvImage* vFrames, int nExposur
 
     CMatrix vToReference[kMaxExposures];
     ComposeHomographies(nExposureNum, nReference, vToReference);
-    if (!WarpFrames(vFrames, nExposureNum, nReference, vToReference, vAlignMasks, dumps)) return false;
-    if (!ResizeFrames(vFrames, nExposureNum, w, h, &CropFrame)) return false;
-    if (bDump) DumpAligned(vFrames[nReference], vAlignMasks[nReference], nReference, dumps.bUVOrder);
-    HdrPrintf("Global Alignement Done\n!!!");
-    return true;
+    return WarpFrames(vFrames, nExposureNum, nReference, vToReference, vAlignMasks, dumps);
 }
 
 // One pair after the other: each maps its first picture in place, and the random numbers are one sequence.

@@ -27,14 +27,12 @@ void PadChromaRow(const uint8_t* pSrc, int nSrcWidth, uint8_t* pDst, int nDstWid
     for (int i = nSrcWidth; i < nDstWidth; ++i) pDst[i] = pDst[i - 2];
 }
 
-// By way of another frame.
-bool Resize(CYuvImage& frame, int nWidth, int nHeight, bool (*pCopy)(const CYuvImage&, CYuvImage&, int, int))
+// Rows of nWidth bytes move together, to a place that does not lie behind their own: the first row first.
+void CloseRows(const uint8_t* pSrc, int nSrcWidth, uint8_t* pDst, int nWidth, int nRows)
 {
-    CYuvImage resized{};
-    ImageScope scope(resized);
-    if (!pCopy(frame, resized, nWidth, nHeight)) return false;
-    frame.Swap(resized);
-    return true;
+    const size_t nBytes = static_cast<size_t>(nWidth), nSrcBytes = static_cast<size_t>(nSrcWidth);
+    for (size_t y = 0; y < static_cast<size_t>(nRows); ++y)
+        std::memmove(pDst + y * nBytes, pSrc + y * nSrcBytes, nBytes);
 }
 
 }  // namespace
@@ -54,29 +52,25 @@ bool CopyPadded(const CYuvImage& src, CYuvImage& dst, int nWidth, int nHeight)
     return true;
 }
 
-bool CopyCropped(const CYuvImage& src, CYuvImage& dst, int nWidth, int nHeight)
-{
-    if (src.Empty() || nWidth > src.nWidth || nHeight > src.nHeight || !IsEvenSize(nWidth, nHeight)) return false;
-    if (!dst.Allocate(nWidth, nHeight)) return false;
-    const size_t nBytes = static_cast<size_t>(nWidth);
-    ParallelRows(nHeight / 2, [&](RowBlock pairs) {
-        for (int y = pairs.nBegin; y < pairs.nEnd; ++y) {
-            std::memcpy(dst.RowY(2 * y), src.RowY(2 * y), nBytes);
-            std::memcpy(dst.RowY(2 * y + 1), src.RowY(2 * y + 1), nBytes);
-            std::memcpy(dst.RowUV(y), src.RowUV(y), nBytes);
-        }
-    });
-    return true;
-}
-
 bool PadFrame(CYuvImage& frame, int nWidth, int nHeight)
 {
-    return Resize(frame, nWidth, nHeight, &CopyPadded);
+    CYuvImage padded{};
+    ImageScope scope(padded);
+    if (!CopyPadded(frame, padded, nWidth, nHeight)) return false;
+    frame.Swap(padded);
+    return true;
 }
 
 bool CropFrame(CYuvImage& frame, int nWidth, int nHeight)
 {
-    return Resize(frame, nWidth, nHeight, &CopyCropped);
+    if (frame.Empty() || nWidth > frame.nWidth || nHeight > frame.nHeight || !IsEvenSize(nWidth, nHeight)) return false;
+    uint8_t* const pUV = frame.pBuffer + static_cast<size_t>(nWidth) * static_cast<size_t>(nHeight);
+    CloseRows(frame.pY, frame.nWidth, frame.pY, nWidth, nHeight);
+    CloseRows(frame.pUV, frame.nWidth, pUV, nWidth, nHeight / 2);
+    frame.pUV = pUV;
+    frame.nWidth = nWidth;
+    frame.nHeight = nHeight;
+    return true;
 }
 
 }  // namespace vkr

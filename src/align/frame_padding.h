@@ -9,11 +9,11 @@ namespace vkr {
 // there was no memory.
 bool CopyPadded(const CYuvImage& src, CYuvImage& dst, int nWidth, int nHeight);
 
-// dst receives the top left nWidth x nHeight (even, not above its own) of src. Otherwise as above.
-bool CopyCropped(const CYuvImage& src, CYuvImage& dst, int nWidth, int nHeight);
-
 // The same in place. On false the frame is as it was.
 bool PadFrame(CYuvImage& frame, int nWidth, int nHeight);
+
+// Leaves the top left nWidth x nHeight (even, not above its own) of the frame, in its buffer: no memory is asked for,
+// so that what was padded can always be undone. False, the frame as it was, when it is empty or the size is another.
 bool CropFrame(CYuvImage& frame, int nWidth, int nHeight);
 
 }  // namespace vkr

@@ -66,8 +66,7 @@ public:
     // 255 where the frame covers the picture: of the frame's size, padded to what the pyramid asks for, for the
     // reference; of half that for the others). A pair of neighbours that can not be matched keeps its places; with
     // bDropAlignFail it also narrows range, which comes as 0 .. nExposureNum. Same bytes from any number of threads, as
-    // long as no exposure has more than kMaxFeatures corners. False when there was no memory; the frames are then
-    // whole, though not all of them warped.
+    // long XX
     bool AlignImages(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range,
                      const AlignDumps& dumps = {});
 
@@ -75,6 +74,8 @@ public:
     const CMatrix& PairHomography(int j) const { return m_H[j]; }
 
 private:
+    bool AlignPadded(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range,
+                     const AlignDumps& dumps);
     bool MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, bool bDump);
     bool PyramidFeatureMatch(const CImage* pFirst, const CImage* pSecond, CMatrix& homography, bool bDump,
                              AlignedPair& report);

@@ -49,7 +49,11 @@ bool RenderLocked(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOri
     }
     Toc("HDR Process Time");
     if (pEngine->bLogoEnable) BlendLogo(picture);
-    CopyFrameOut(picture, *pOut);
+    if (!CopyFrameOut(picture, *pOut)) {
+        Report("vkrHdrRender: the result is %dx%d, the output is %dx%d\n", picture.nWidth, picture.nHeight,
+               pOut->nWidth, pOut->nHeight);
+        return false;
+    }
     HdrLog("vkrHdrRender X");
     return true;
 }

@@ -29,11 +29,13 @@ bool CopyFrameIn(const vkrHdrFrame& frame, CYuvImage& slot)
     return true;
 }
 
-void CopyFrameOut(const CYuvImage& picture, vkrHdrFrame& frame)
+bool CopyFrameOut(const CYuvImage& picture, vkrHdrFrame& frame)
 {
-    const size_t nWidth = static_cast<size_t>(picture.nWidth);
-    CopyPlane(picture.pY, nWidth, frame.pPlane[0], static_cast<size_t>(frame.nPitch[0]), nWidth, picture.nHeight);
-    CopyPlane(picture.pUV, nWidth, frame.pPlane[1], static_cast<size_t>(frame.nPitch[1]), nWidth, picture.nHeight / 2);
+    if (picture.Empty() || picture.nWidth != frame.nWidth || picture.nHeight != frame.nHeight) return false;
+    const size_t nWidth = static_cast<size_t>(frame.nWidth);
+    CopyPlane(picture.pY, nWidth, frame.pPlane[0], static_cast<size_t>(frame.nPitch[0]), nWidth, frame.nHeight);
+    CopyPlane(picture.pUV, nWidth, frame.pPlane[1], static_cast<size_t>(frame.nPitch[1]), nWidth, frame.nHeight / 2);
+    return true;
 }
 
 }  // namespace vkr

@@ -9,7 +9,8 @@ namespace vkr {
 // host's rows are not read. frame has been checked. False, slot empty, when there is no memory.
 bool CopyFrameIn(const vkrHdrFrame& frame, CYuvImage& slot);
 
-// A picture into the host's planes of its size; bytes between the host's rows are not written.
-void CopyFrameOut(const CYuvImage& picture, vkrHdrFrame& frame);
+// A picture into the host's planes; bytes between the host's rows are not written. False, nothing written, when the
+// picture has another size than they have.
+bool CopyFrameOut(const CYuvImage& picture, vkrHdrFrame& frame);
 
 }  // namespace vkr

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -7,11 +8,13 @@
 
 namespace vkr {
 
-// A picture of the host's: both planes with nPad bytes behind every row, all bytes 0x5A until written.
+// A picture of the host's: both planes with nPad bytes behind every row and kGuard behind the last one, all bytes 0x5A
+// until written.
 class HostPicture {
 public:
     HostPicture(int w, int h, int nPad = 0)
-        : m_vLuma(static_cast<size_t>(w + nPad) * h, 0x5A), m_vChroma(static_cast<size_t>(w + nPad) * (h / 2), 0x5A)
+        : m_vLuma(static_cast<size_t>(w + nPad) * h + kGuard, 0x5A),
+          m_vChroma(static_cast<size_t>(w + nPad) * (h / 2) + kGuard, 0x5A)
     {
         m_frame.nWidth = w;
         m_frame.nHeight = h;
@@ -36,9 +39,12 @@ public:
         }
         return vPixels;
     }
-    // True while nobody wrote between the rows.
+    // True while nobody wrote between the rows or behind the planes.
     bool PaddingIntact()
     {
+        for (const std::vector<uint8_t>* pPlane : {&m_vLuma, &m_vChroma}) {
+            if (std::any_of(pPlane->end() - kGuard, pPlane->end(), [](uint8_t v) { return v != 0x5A; })) return false;
+        }
         for (int y = 0; y < m_frame.nHeight; ++y) {
             for (int x = m_frame.nWidth; x < m_frame.nPitch[0]; ++x) {
                 if (Luma(x, y) != 0x5A || Chroma(x, y / 2) != 0x5A) return false;
@@ -55,6 +61,7 @@ public:
     }
 
 private:
+    static constexpr int kGuard = 16384;  // bytes; more than a padded picture of the tests is larger than its own size
     vkrHdrFrame m_frame{};
     std::vector<uint8_t> m_vLuma, m_vChroma;
 };

@@ -25,10 +25,13 @@ public:
         Set(engine.m_LocalCurve, "bDumpDebugFile", 0);
         for (const Setting& setting : settings) {
             const std::string sName = setting.first;
-            if (sName.rfind("CLocalAutoCurveFilter.", 0) == 0) {
-                Set(engine.m_LocalCurve, sName.substr(22).c_str(), setting.second);
-            } else {
+            const size_t nDot = sName.find('.');
+            if (nDot == std::string::npos) {
                 Set(engine, setting.first, setting.second);
+                continue;
+            }
+            for (CFilter* pFilter : engine.Filters()) {
+                if (sName.substr(0, nDot) == pFilter->Name()) Set(*pFilter, setting.first + nDot + 1, setting.second);
             }
         }
         EXPECT_TRUE(engine.SaveParameterFile(m_sPath.c_str()));
