@@ -10,8 +10,14 @@
  *
  * Threads
  *   vkrHdrInit, vkrHdrAddFrame and vkrHdrRender belong to one host thread. vkrHdrUninit and vkrHdrGetVersion may come
- *   from another one: vkrHdrUninit waits for a running vkrHdrRender. The heavy loops run on the OpenMP team
- *   (OMP_NUM_THREADS), and each burst starts two more threads that have ended when vkrHdrRender returns.
+ *   from another one: vkrHdrUninit waits for a running call. The heavy loops run on the OpenMP team (OMP_NUM_THREADS),
+ *   and each burst starts two more threads that have ended when vkrHdrRender returns.
+ *
+ * Processes
+ *   dlclose leaves the library in its place (it is linked with -z nodelete): threads of the OpenMP team outlive
+ *   vkrHdrUninit. After a fork between calls, parent and child both go on with the engine as it was. A child of a fork
+ *   that another thread made while a call was running can not use the library until it calls exec: every call but
+ *   vkrHdrUninit, which does nothing, and vkrHdrGetVersion is refused.
  *
  * Pictures
  *   Semi-planar 4:2:0: a luma plane of nHeight rows, and a plane of nHeight / 2 rows of interleaved chroma pairs, one

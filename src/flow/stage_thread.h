@@ -8,15 +8,19 @@
 namespace vkr {
 
 // A stage on a thread of its own, started by the constructor and joined at the latest by the destructor. fn returns
-// whether it succeeded and must not throw. Its row loops get the team that the starting thread's loops have. A thread
-// that can not be started raises std::system_error.
+// whether it succeeded; an exception counts as failure. Its row loops get the team that the starting thread's loops
+// have. A thread that can not be started raises std::system_error.
 class StageThread {
 public:
     template <class Fn>
     explicit StageThread(Fn fn)
         : m_thread([this, fn = std::move(fn), nTeam = omp_get_max_threads()] {
               omp_set_num_threads(nTeam);
-              m_bDone = fn();
+              try {
+                  m_bDone = fn();
+              } catch (...) {
+                  m_bDone = false;
+              }
           })
     {
     }

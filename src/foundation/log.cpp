@@ -6,6 +6,8 @@
 #include <cstring>
 #include <mutex>
 
+#include "foundation/fork_locks.h"
+
 #ifdef __ANDROID__
 #include <android/log.h>
 #endif
@@ -17,6 +19,7 @@ uint8_t g_bLogEnable = 0;
 namespace {
 
 std::mutex g_LineMutex;  // keeps the lines of different threads apart; nothing else is locked under it
+const FreeAfterFork g_LineAfterFork(g_LineMutex);
 HdrPrintSink g_pSink = nullptr;
 
 // One formatted text. Short ones stay on the stack; a long one that finds no memory is cut.

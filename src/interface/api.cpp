@@ -1,6 +1,8 @@
 #include <exception>
+#include <mutex>
 #include <vector>
 
+#include "flow/stage_thread.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
 #include "foundation/timing.h"
@@ -27,9 +29,9 @@ std::vector<FaceBox> CopyFaces(const vSystemFaces* pFaces)
     return vFaces;
 }
 
-// Under g_EngineMutex. What a failed or a short burst left open on the timer stack is closed here.
-bool RenderLocked(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientation, int32_t nFaceSource,
-                  const std::vector<FaceBox>& vFaces, CYuvImage& picture, vkrHdrFrame* pOut)
+// What a failed or a short burst left open on the timer stack is closed here.
+bool Render(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientation, int32_t nFaceSource,
+            const std::vector<FaceBox>& vFaces, CYuvImage& picture, vkrHdrFrame* pOut)
 {
     CMultiExposureHDRProcessFlowOpt* pEngine = gVKRAlgoPool;
     if (pEngine == nullptr) {
@@ -83,17 +85,41 @@ bool AddFrame(uint32_t nIndex, const vkrHdrFrame* pFrame)
     return true;
 }
 
-// No exception crosses the C border: scratch of the standard library that finds no memory, and a thread that can not be
-// started, end the call.
+// fn under the engine's lock. No exception crosses the C border: scratch of the standard library that finds no memory,
+// and a thread that can not be started, end the call.
+template <class Fn>
+bool RunLocked(const char* pCall, const Fn& fn)
+{
+    try {
+        const std::lock_guard<std::mutex> lock(g_EngineMutex);
+        return fn();
+    } catch (const std::exception& error) {
+        Report("%s: %s\n", pCall, error.what());
+    } catch (...) {
+        Report("%s: an exception of no known kind\n", pCall);
+    }
+    return false;
+}
+
+// In a forked process, see ForkState, the call runs on a thread of its own.
 template <class Fn>
 int32_t Guarded(const char* pCall, const Fn& fn)
 {
-    try {
-        return fn() ? 0 : -1;
-    } catch (const std::exception& error) {
-        Report("%s: %s\n", pCall, error.what());
-        return -1;
+    switch (ReadForkState()) {
+        case ForkState::kNone:
+            return RunLocked(pCall, fn) ? 0 : -1;
+        case ForkState::kChild:
+            try {
+                return StageThread([&] { return RunLocked(pCall, fn); }).Join() ? 0 : -1;
+            } catch (...) {
+                Report("%s: no thread can be started\n", pCall);
+                return -1;
+            }
+        case ForkState::kChildOfCall:
+            break;
     }
+    Report("%s: this process was forked while another thread was inside a call, and can not use the library\n", pCall);
+    return -1;
 }
 
 }  // namespace
@@ -128,14 +154,16 @@ int32_t vkrHdrRender(int32_t nExposureNum, int32_t nReferenceExposure, int32_t n
         vkr::CYuvImage picture{};
         vkr::ImageScope<vkr::CYuvImage> scope(picture);
         const std::vector<vkr::FaceBox> vFaces = vkr::CopyFaces(pFaces);
-        const std::lock_guard<std::mutex> lock(vkr::g_EngineMutex);
-        return vkr::RenderLocked(nExposureNum, nReferenceExposure, nOrientation, nFaceSource, vFaces, picture, pOut);
+        return vkr::Render(nExposureNum, nReferenceExposure, nOrientation, nFaceSource, vFaces, picture, pOut);
     });
 }
 
 int32_t vkrHdrUninit(void)
 {
-    vkr::EndEngine();
+    vkr::Guarded("vkrHdrUninit", [] {
+        vkr::EndEngine();
+        return true;
+    });
     return 0;
 }
 

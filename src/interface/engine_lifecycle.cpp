@@ -1,5 +1,7 @@
 #include "interface/engine_lifecycle.h"
 
+#include <pthread.h>
+
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -7,6 +9,7 @@
 #include <vector>
 
 #include "flow/enciphered_parameters.h"
+#include "foundation/fork_locks.h"
 #include "foundation/log.h"
 #include "foundation/mem_pool.h"
 #include "interface/report.h"
@@ -18,27 +21,73 @@ std::mutex g_EngineMutex;
 
 namespace {
 
-// Held while the engine's version is read and while the engine is taken away, and no longer: a render never keeps
-// vkrHdrGetVersion waiting.
+// Held while the engine's version is read and while the engine is put up or taken away, and no longer: a render never
+// keeps vkrHdrGetVersion waiting.
 std::mutex g_VersionMutex;
+const FreeAfterFork g_VersionAfterFork(g_VersionMutex);
 
-CMultiExposureHDRProcessFlowOpt* TakeEngine()
+// Returns the engine before.
+CMultiExposureHDRProcessFlowOpt* ExchangeEngine(CMultiExposureHDRProcessFlowOpt* pEngine)
 {
     const std::lock_guard<std::mutex> lock(g_VersionMutex);
-    return gVKRAlgoPool.exchange(nullptr);
+    return gVKRAlgoPool.exchange(pEngine);
 }
+
+// A fork does not wait for a running call, it only learns of it. One fork at a time.
+class ForkWatch {
+public:
+    ForkWatch() { pthread_atfork(Before, InParent, InChild); }
+
+    static ForkState s_State;
+
+private:
+    static void Before()
+    {
+        s_ForkMutex.lock();
+        s_bNoCall = g_EngineMutex.try_lock();
+    }
+    static void InParent()
+    {
+        if (s_bNoCall) g_EngineMutex.unlock();
+        s_ForkMutex.unlock();
+    }
+    static void InChild()
+    {
+        if (s_State != ForkState::kChildOfCall) s_State = s_bNoCall ? ForkState::kChild : ForkState::kChildOfCall;
+        InParent();
+    }
+
+    static std::mutex s_ForkMutex;
+    static bool s_bNoCall;
+};
+ForkState ForkWatch::s_State = ForkState::kNone;
+std::mutex ForkWatch::s_ForkMutex;
+bool ForkWatch::s_bNoCall = false;
+const ForkWatch g_ForkWatch;
 
 constexpr size_t kPoolBytes = 314572800;  // 300 MiB: a burst of three at 8 megapixels
 
 // From the ordinary heap, never from the pool. Null when there is no memory.
-CMultiExposureHDRProcessFlowOpt* NewEngine()
+using Engine = std::unique_ptr<CMultiExposureHDRProcessFlowOpt>;
+Engine NewEngine()
 {
     try {
-        return new CMultiExposureHDRProcessFlowOpt;
+        return std::make_unique<CMultiExposureHDRProcessFlowOpt>();
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
 }
+
+void DeleteEngine(CMultiExposureHDRProcessFlowOpt* pEngine)
+{
+    if (pEngine == nullptr) return;
+    HdrPrintf("delete gVKRAlgoPool=%p\n", static_cast<void*>(pEngine));
+    HdrLog(" ADDR %p\n", static_cast<void*>(pEngine));
+    delete pEngine;
+}
+
+// What became of the parameter file: all of it read, what was read so far, nothing that an engine could live with.
+enum class Load { kDone, kPart, kNone };
 
 struct CloseFile {
     void operator()(std::FILE* pFile) const { std::fclose(pFile); }
@@ -57,11 +106,11 @@ bool ReadToEnd(std::FILE* pFile, std::vector<uint8_t>& vBytes)
     return !std::ferror(pFile);
 }
 
-bool LoadEnciphered(const std::vector<uint8_t>& vFile, CMultiExposureHDRProcessFlowOpt& engine)
+Load LoadEnciphered(const std::vector<uint8_t>& vFile, CMultiExposureHDRProcessFlowOpt& engine)
 {
     switch (LoadEncipheredParameters(vFile.data(), vFile.size(), engine)) {
         case EncipheredLoad::kDone:
-            return true;
+            return Load::kDone;
         case EncipheredLoad::kNotDeciphered:
             Report("Load parameter file error\n");
             break;
@@ -69,27 +118,25 @@ bool LoadEnciphered(const std::vector<uint8_t>& vFile, CMultiExposureHDRProcessF
             Report("Load from decypted parameter file error\n");
             break;
     }
-    EndEngine();
-    return false;
+    return Load::kNone;
 }
 
 // A readable file that fails leaves the engine, unlike all other failures.
-bool LoadReadable(const char* pPath, CMultiExposureHDRProcessFlowOpt& engine)
+Load LoadReadable(const char* pPath, CMultiExposureHDRProcessFlowOpt& engine)
 {
-    if (engine.LoadParameterFile(pPath)) return true;
+    if (engine.LoadParameterFile(pPath)) return Load::kDone;
     Report("LoadParameterFile %s Fail!\n", pPath);
-    return false;
+    return Load::kPart;
 }
 
-bool LoadParameters(const char* pPath, CMultiExposureHDRProcessFlowOpt& engine)
+Load LoadParameters(const char* pPath, CMultiExposureHDRProcessFlowOpt& engine)
 {
     File file(std::fopen(pPath, "rb"));
     std::vector<uint8_t> vBytes(kEncipheredHead);
     if (file) vBytes.resize(std::fread(vBytes.data(), 1, vBytes.size(), file.get()));
     if (!file || std::ferror(file.get())) {
         Report("Can not open parameter file:%s\n", pPath);
-        EndEngine();
-        return false;
+        return Load::kNone;
     }
     if (!IsEnciphered(vBytes.data(), vBytes.size())) return LoadReadable(pPath, engine);
     if (!ReadToEnd(file.get(), vBytes)) vBytes.clear();
@@ -98,28 +145,39 @@ bool LoadParameters(const char* pPath, CMultiExposureHDRProcessFlowOpt& engine)
 
 }  // namespace
 
-// An engine that still lives is replaced and stays allocated: hosts call vkrHdrUninit first.
+ForkState ReadForkState()
+{
+    return ForkWatch::s_State;
+}
+
+// An engine that still lives is replaced and stays allocated: hosts call vkrHdrUninit first. The new one is put up when
+// it has its parameters: vkrHdrGetVersion never sees half of them.
 bool MakeEngine(const char* pParamFilePath)
 {
     PoolInit(kPoolBytes);
-    CMultiExposureHDRProcessFlowOpt* pEngine = NewEngine();
+    Engine pEngine = NewEngine();
     if (pEngine == nullptr) {
         Report("vkrHdrInit: no memory for the engine\n");
         PoolRelease();
         return false;
     }
-    gVKRAlgoPool = pEngine;
-    HdrPrintf("new gVKRAlgoPool = %p\n", static_cast<void*>(pEngine));
-    HdrLog(" ADDR %p\n", static_cast<void*>(pEngine));
+    HdrPrintf("new gVKRAlgoPool = %p\n", static_cast<void*>(pEngine.get()));
+    HdrLog(" ADDR %p\n", static_cast<void*>(pEngine.get()));
+    Load load = Load::kNone;
     try {
-        if (!LoadParameters(pParamFilePath, *pEngine)) return false;
+        load = LoadParameters(pParamFilePath, *pEngine);
     } catch (const std::bad_alloc&) {
         Report("vkrHdrInit: no memory for the parameter file\n");
-        EndEngine();
+    }
+    if (load == Load::kNone) {
+        ExchangeEngine(nullptr);
+        DeleteEngine(pEngine.release());
+        PoolRelease();
         return false;
     }
-    HdrLog("vkrHdrInitDone");
-    return true;
+    ExchangeEngine(pEngine.release());
+    if (load == Load::kDone) HdrLog("vkrHdrInitDone");
+    return load == Load::kDone;
 }
 
 bool ReadConfigVersion(char (&szVersion)[65])
@@ -132,13 +190,7 @@ bool ReadConfigVersion(char (&szVersion)[65])
 
 void EndEngine()
 {
-    const std::lock_guard<std::mutex> lock(g_EngineMutex);
-    CMultiExposureHDRProcessFlowOpt* pEngine = TakeEngine();
-    if (pEngine != nullptr) {
-        HdrPrintf("delete gVKRAlgoPool=%p\n", static_cast<void*>(pEngine));
-        HdrLog(" ADDR %p\n", static_cast<void*>(pEngine));
-        delete pEngine;
-    }
+    DeleteEngine(ExchangeEngine(nullptr));
     PoolRelease();
 }
 

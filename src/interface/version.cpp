@@ -4,6 +4,7 @@
 #include <cstring>
 #include <mutex>
 
+#include "foundation/fork_locks.h"
 #include "foundation/log.h"
 
 namespace vkr {
@@ -12,6 +13,7 @@ namespace {
 
 constexpr char kVersion[] = "1.1.0.9";
 std::mutex g_RecordMutex;
+const FreeAfterFork g_RecordAfterFork(g_RecordMutex);
 vkrHdrVersion g_Version;
 char g_szBuildStamp[256];
 char g_szConfigVersion[65];

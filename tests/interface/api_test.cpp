@@ -117,20 +117,30 @@ TEST_F(ApiTest, VersionKnowsTheConfigurationOnlyWithAnEngine)
     EXPECT_EQ(nullptr, vkrHdrGetVersion()->pConfigVersion);
 }
 
-// One thread renders until there is no engine any more; another asks for the version, then ends the engine.
+// One thread adds frames, or renders, until there is no engine any more; another asks for the version, then ends the
+// engine.
 TEST_F(ApiTest, AnotherThreadAsksAndEnds)
 {
-    AddBurst(32, 24, 2);
-    std::atomic<int> nRendered{0};
-    std::thread renderer([&] {
-        HostPicture out(32, 24);
-        while (vkrHdrRender(2, 0, 0, 1, nullptr, out.Frame()) == 0) ++nRendered;
-    });
-    while (nRendered < 3) EXPECT_STREQ("0.0.0.0", vkrHdrGetVersion()->pConfigVersion);
-    EXPECT_EQ(0, vkrHdrUninit());
-    EXPECT_EQ(nullptr, vkrHdrGetVersion()->pConfigVersion);
-    renderer.join();
-    EXPECT_TRUE(m_lines.Contains("no engine"));
+    for (const bool bRender : {false, true}) {
+        for (int nRound = 0; nRound < 10; ++nRound) {
+            AddBurst(64, 48, 2);
+            std::atomic<int> nDone{0};
+            std::thread host([&] {
+                HostPicture picture(64, 48);
+                const auto call = [&] {
+                    return bRender ? vkrHdrRender(2, 0, 0, 1, nullptr, picture.Frame())
+                                   : vkrHdrAddFrame(static_cast<uint32_t>(nDone % 8), picture.Frame());
+                };
+                while (call() == 0) ++nDone;
+            });
+            while (nDone < 3) EXPECT_STREQ("0.0.0.0", vkrHdrGetVersion()->pConfigVersion);
+            EXPECT_EQ(0, vkrHdrUninit());
+            EXPECT_EQ(nullptr, vkrHdrGetVersion()->pConfigVersion);
+            host.join();
+            EXPECT_TRUE(m_lines.Contains("no engine"));
+            ASSERT_EQ(0, vkrHdrInit(InitParam(m_file.Path())));
+        }
+    }
 }
 
 // Two engines, of which the first is left behind, as the header tells; each end closes the pool once.
