@@ -209,7 +209,7 @@ void Run(const Options& options)
 {
     omp_set_num_threads(options.nThreads);
     cv::setNumThreads(options.nThreads);
-    vkr::tool::LibraryLines lines(false);
+    vkr::tool::LibraryLines lines(nullptr);
     ToolParameters params(ToolParameters::Base::kShipped);
     std::string sWarning;
     if (options.sPreset == "photo") params.SetPhotoValues(options.size);

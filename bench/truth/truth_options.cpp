@@ -143,7 +143,7 @@ int RunSizes(const char* pProgram, int argc, char** argv,
     try {
         const TruthOptions options = TruthOptions::Parse(argc, argv);
         if (options.nThreads > 0) omp_set_num_threads(options.nThreads);
-        tool::LibraryLines lines(false);
+        tool::LibraryLines lines(nullptr);
         PoolInit(0);
         for (const std::string& sSize : options.vSizes) measure(options, sSize, lines);
         PoolRelease();

@@ -9,7 +9,7 @@
 
 #include "foundation/image_scope.h"
 #include "foundation/mem_pool.h"
-#include "library/library_pictures.h"
+#include "pictures/library_pictures.h"
 #include "scene/demo_scene.h"
 #include "support/quiet_lines.h"
 

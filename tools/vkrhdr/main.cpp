@@ -2,11 +2,11 @@
 #include <omp.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdarg>
 #include <cstdio>
 #include <exception>
 
 #include "commands/commands.h"
+#include "commands/standard_error.h"
 #include "pictures/tool_error.h"
 #include "vkrHdr.h"
 
@@ -72,28 +72,20 @@ int Run(int argc, char** argv)
         return UsageLine(error.what());
     }
     ApplyCommon(common);
-    if (pFuse->parsed()) RunFuse(fuse, common);
-    if (pAlign->parsed()) RunAlign(align, common);
-    if (pInspect->parsed()) RunInspect(inspect, common);
-    if (pFaces->parsed()) RunFaces(faces, common);
+    StandardError remarks(common.bVerbose);
+    if (pFuse->parsed()) RunFuse(fuse, remarks);
+    if (pAlign->parsed()) RunAlign(align, remarks);
+    if (pInspect->parsed()) RunInspect(inspect, remarks);
+    if (pFaces->parsed()) RunFaces(faces, remarks);
     if (pParams->parsed()) RunParams(params);
-    if (pEncipher->parsed()) RunEncipher(encipher, common);
+    if (pEncipher->parsed()) RunEncipher(encipher, remarks);
     if (pDecipher->parsed()) RunDecipher(decipher);
-    if (pDemo->parsed()) RunDemo(demo, common);
-    if (pBench->parsed()) RunBench(bench, common);
+    if (pDemo->parsed()) RunDemo(demo, remarks);
+    if (pBench->parsed()) RunBench(bench, remarks);
     return 0;
 }
 
 }  // namespace
-
-void Say(const char* pFormat, ...)
-{
-    std::va_list args;
-    va_start(args, pFormat);
-    std::vfprintf(stderr, pFormat, args);
-    va_end(args);
-    std::fputc('\n', stderr);
-}
 
 }  // namespace vkr::tool
 

@@ -3,8 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "library/tool_parameters.h"
+#include "ghosts/relinearize.h"
 #include "pictures/picture_io.h"
+#include "pictures/remarks.h"
 
 namespace vkr::tool {
 
@@ -15,13 +16,13 @@ struct RatioFrame {
     double fExposure = 0;  // relative light by EXIF; 0: unknown
 };
 
-// Measures how much more light each frame got than its next darker one and sets nRatio_K, K the darker of the pair,
-// brought into the parameter's range. What can not be measured stays as it is, and so does what vKept names
-// ("nRatio_0"). EXIF only checks: one line on standard error when it differs by more than a stop.
-void SetMeasuredRatios(const std::vector<RatioFrame>& vFrames, const std::vector<std::string>& vKept,
-                       ToolParameters& params);
-
-// The ratios as they now are, a line on standard error for each pair.
-void SayRatios(const std::vector<RatioFrame>& vFrames, const ToolParameters& params);
+// How many times as much light each frame got as its next darker one, by pair, Q4, brought into no range; 0 where it
+// can not be measured (see MeasureExposureRatio).
+//
+//   vFrames   of one size
+//   vWanted   by pair: false leaves it unmeasured, 0
+//   remarks   a line where EXIF differs by more than a stop; it only checks
+std::vector<int> MeasureRatios(const std::vector<RatioFrame>& vFrames, const std::vector<bool>& vWanted,
+                               const DisplayCurve& curve, Remarks& remarks);
 
 }  // namespace vkr::tool

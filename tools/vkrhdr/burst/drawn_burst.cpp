@@ -2,7 +2,7 @@
 
 #include "foundation/image_scope.h"
 #include "foundation/mem_pool.h"
-#include "library/library_pictures.h"
+#include "pictures/library_pictures.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {

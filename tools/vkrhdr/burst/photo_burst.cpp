@@ -1,17 +1,15 @@
 #include "burst/photo_burst.h"
 
-#include <CLI/CLI.hpp>
 #include <numeric>
+#include <utility>
 
-#include "commands/commands.h"
-#include "library/stop_watch.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {
 
 namespace {
 
-constexpr size_t kMaxImages = 8;
+constexpr size_t kMaxFrames = 8;
 
 double MeanOf(const Bytes& vY)
 {
@@ -19,78 +17,33 @@ double MeanOf(const Bytes& vY)
     return static_cast<double>(nSum) / static_cast<double>(vY.size());
 }
 
-Frame ReadFrame(const BurstOptions& options, const Bytes& vFile, const std::string& sName)
+void CheckAlike(const Photo& first, const Photo& other)
 {
-    if (options.IsRaw()) {
-        const Size size = ParseSize(options.sSize);
-        return ReadRaw(vFile, size.nWidth, size.nHeight, options.IsCrFirst(), sName);
+    if (first.frame.nWidth != other.frame.nWidth || first.frame.nHeight != other.frame.nHeight) {
+        throw BurstError("all frames must be of one size: " + first.sName + " is " +
+                         std::to_string(first.frame.nWidth) + "x" + std::to_string(first.frame.nHeight) + ", " +
+                         other.sName + " is " + std::to_string(other.frame.nWidth) + "x" +
+                         std::to_string(other.frame.nHeight));
     }
-    std::string sWarning;
-    StoredFrame stored = ReadPicture(vFile, sName, sWarning);
-    if (!sWarning.empty()) Say("%s", sWarning.c_str());
-    if (stored.nStoredWidth != stored.frame.nWidth || stored.nStoredHeight != stored.frame.nHeight) {
-        Say("%s: cut from %dx%d to even sides, %dx%d", sName.c_str(), stored.nStoredWidth, stored.nStoredHeight,
-            stored.frame.nWidth, stored.frame.nHeight);
+    if (first.frame.bCrFirst != other.frame.bCrFirst) {
+        throw BurstError("all frames must have one order of chroma: " + first.sName + " and " + other.sName +
+                         " differ");
     }
-    return std::move(stored.frame);
 }
 
-Photo ReadPhoto(const BurstOptions& options, const std::string& sName)
+void CheckPhotos(const std::vector<Photo>& vPhotos, int nReference)
 {
-    Photo photo;
-    photo.sName = sName;
-    photo.vFile = ReadWholeFile(sName);
-    photo.frame = ReadFrame(options, photo.vFile, sName);
-    if (!options.IsRaw()) photo.info = ReadPhotoInfo(photo.vFile);
-    photo.light = {photo.info.fExposure, MeanOf(photo.frame.vY)};
-    return photo;
-}
-
-void CheckSameSize(const Photo& first, const Photo& other)
-{
-    if (first.frame.nWidth == other.frame.nWidth && first.frame.nHeight == other.frame.nHeight) return;
-    throw BurstError("all frames must be of one size: " + first.sName + " is " + std::to_string(first.frame.nWidth) +
-                     "x" + std::to_string(first.frame.nHeight) + ", " + other.sName + " is " +
-                     std::to_string(other.frame.nWidth) + "x" + std::to_string(other.frame.nHeight));
-}
-
-void SayBurst(const PhotoBurst& burst)
-{
-    for (int k = 0; k < static_cast<int>(burst.vPhotos.size()); ++k) {
-        const Photo& photo = burst.vPhotos[static_cast<size_t>(k)];
-        Say("  %d: %s, mean luma %.0f%s%s%s", k, photo.sName.c_str(), photo.light.fMeanLuma,
-            photo.info.sExposure.empty() ? "" : ", ", photo.info.sExposure.c_str(),
-            k == burst.nReference ? ", reference" : "");
+    if (vPhotos.empty() || vPhotos.size() > kMaxFrames) {
+        throw BurstError("a burst has 1 to 8 frames, not " + std::to_string(vPhotos.size()));
+    }
+    for (const Photo& photo : vPhotos) CheckAlike(vPhotos.front(), photo);
+    if (nReference >= static_cast<int>(vPhotos.size())) {
+        throw BurstError("there is no frame " + std::to_string(nReference) + " to be the reference, they are 0 .. " +
+                         std::to_string(vPhotos.size() - 1));
     }
 }
 
 }  // namespace
-
-void DefineBurst(CLI::App& command, BurstOptions& options)
-{
-    command.add_option("IMG", options.vImages, "the frames, 1 to 8, in any order")
-        ->required()
-        ->check(CLI::ExistingFile);
-    command
-        .add_option("--reference", options.nReference,
-                    "the normally exposed frame, 0 the darkest; else the (lower) middle one")
-        ->check(CLI::Range(0, 7));
-    command.add_option("--raw", options.sRaw, "frames are nv12 or nv21 bytes")->check(CLI::IsMember({"nv12", "nv21"}));
-    command.add_option("--size", options.sSize, "WxH of raw frames");
-}
-
-void CheckBurst(const BurstOptions& options)
-{
-    if (options.vImages.size() > kMaxImages) {
-        throw UsageError("a burst has at most 8 frames, not " + std::to_string(options.vImages.size()));
-    }
-    if (options.nReference >= static_cast<int>(options.vImages.size())) {
-        throw UsageError("--reference is " + std::to_string(options.nReference) + ", the frames are 0 .. " +
-                         std::to_string(options.vImages.size() - 1));
-    }
-    if (options.IsRaw() != !options.sSize.empty()) throw UsageError("--raw and --size WxH go together");
-    if (options.IsRaw()) ParseSize(options.sSize);
-}
 
 std::vector<std::string> PhotoBurst::Names() const
 {
@@ -106,38 +59,19 @@ std::vector<RatioFrame> PhotoBurst::RatioFrames() const
     return vFrames;
 }
 
-PhotoBurst ReadBurst(const BurstOptions& options)
+PhotoBurst ArrangeBurst(std::vector<Photo> vPhotos, int nReference)
 {
-    const StopWatch watch;
-    std::vector<Photo> vPhotos;
+    CheckPhotos(vPhotos, nReference);
     std::vector<FrameLight> vLight;
-    for (const std::string& sName : options.vImages) {
-        vPhotos.push_back(ReadPhoto(options, sName));
-        vLight.push_back(vPhotos.back().light);
-        CheckSameSize(vPhotos.front(), vPhotos.back());
+    for (Photo& photo : vPhotos) {
+        photo.light = {photo.info.fExposure, MeanOf(photo.frame.vY)};
+        vLight.push_back(photo.light);
     }
-    const BurstOrder order = OrderBurst(vLight);
     PhotoBurst burst;
-    for (const int i : order.vFrames) burst.vPhotos.push_back(std::move(vPhotos[static_cast<size_t>(i)]));
-    const int nFrames = static_cast<int>(burst.vPhotos.size());
-    burst.nReference = options.nReference >= 0 ? options.nReference : MiddleFrame(nFrames);
-    const Size size = burst.FrameSize();
-    Say("read %d frames of %dx%d in %d ms, darkest first by %s", nFrames, size.nWidth, size.nHeight, watch.Ms(),
-        order.bByExif ? "EXIF exposure" : "mean luma");
-    SayBurst(burst);
+    burst.order = OrderBurst(vLight);
+    for (const int i : burst.order.vFrames) burst.vPhotos.push_back(std::move(vPhotos[static_cast<size_t>(i)]));
+    burst.nReference = nReference >= 0 ? nReference : MiddleFrame(static_cast<int>(burst.vPhotos.size()));
     return burst;
-}
-
-Frame RenderBurst(Engine& engine, const PhotoBurst& burst)
-{
-    const std::vector<Photo>& vPhotos = burst.vPhotos;
-    for (size_t k = 0; k < vPhotos.size(); ++k) engine.AddFrame(static_cast<int>(k), vPhotos[k].frame);
-    Frame result;
-    result.bCrFirst = vPhotos[0].frame.bCrFirst;
-    result.Resize(vPhotos[0].frame.nWidth, vPhotos[0].frame.nHeight);
-    engine.Render(static_cast<int>(vPhotos.size()), burst.nReference, QuarterTurns(burst.Reference().info.nOrientation),
-                  burst.vFaces, burst.nFaceSource, result);
-    return result;
 }
 
 }  // namespace vkr::tool

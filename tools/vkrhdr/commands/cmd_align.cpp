@@ -2,34 +2,15 @@
 #include <cstdio>
 
 #include "commands/commands.h"
+#include "commands/parameter_options.h"
+#include "fuse/fuse_burst.h"
 #include "library/align_report.h"
 #include "library/aligned_pictures.h"
-#include "library/library_lines.h"
-#include "library/stop_watch.h"
 #include "pictures/tool_error.h"
-#include "second_attempt/second_attempt.h"
 
 namespace vkr::tool {
 
 namespace {
-
-struct Alignment {
-    std::vector<AlignedPair> vPairs;
-    AlignedPictures pictures;
-};
-
-// The whole burst is fused, as vkrhdr fuse does it; what is kept is what the stages after alignment were given.
-Alignment AlignBurst(const ToolParameters& params, LibraryLines& lines, const PhotoBurst& burst)
-{
-    PairReports reports;
-    Alignment alignment{{}, AlignedPictures(burst.vPhotos[0].frame.bCrFirst)};
-    const StageListeners listeners({&reports, &alignment.pictures});
-    Engine engine(params, lines);
-    RenderBurst(engine, burst);
-    listeners.Check();
-    alignment.vPairs = reports.Pairs();
-    return alignment;
-}
 
 void PrintPairs(const std::vector<AlignedPair>& vPairs, int nFirst)
 {
@@ -53,27 +34,20 @@ CLI::App* DefineAlign(CLI::App& app, AlignOptions& options)
     return pCommand;
 }
 
-void RunAlign(const AlignOptions& options, const CommonOptions& common)
+// The whole burst is fused, as vkrhdr fuse does it; what is kept is what the stages after alignment were given.
+void RunAlign(const AlignOptions& options, Remarks& remarks)
 {
-    CheckBurst(options.burst);
-    LibraryLines lines(common.bVerbose);
-    ToolParameters params = LoadParameters(options.parameters, lines);
-    PhotoBurst burst = ReadBurst(options.burst);
-    FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
-    params.SetChromaOrder(options.burst.IsCrFirst());
-    ApplyFaces({{"none"}, ""}, options.parameters, burst, params);
+    const BurstChoice choice = ChosenBurst(options.burst);
+    BurstFuser fuser({options.parameters, {FaceSource::kNone, {}}}, remarks);
+    PhotoBurst burst = ReadBurst(choice, remarks);
     MakeFolder(options.sFolder);
 
-    const StopWatch watch;
-    Alignment alignment = AlignBurst(params, lines, burst);
-    if (MayTryAgain(options.parameters, alignment.vPairs) &&
-        TryAgain(options.parameters, alignment.vPairs, burst, params)) {
-        alignment = AlignBurst(params, lines, burst);
-    }
-    Say("aligned and fused in %d ms", watch.Ms());
-    Say("wrote %d frames and their masks to %s", alignment.pictures.Write(options.sFolder, burst.nFirst),
-        options.sFolder.c_str());
-    PrintPairs(alignment.vPairs, burst.nFirst);
+    AlignedPictures pictures(choice.bCrFirst);
+    const FusedBurst fused = std::move(fuser).Fuse(std::move(burst), {&pictures});
+    remarks.Say("aligned and fused in %d ms", fused.nMs);
+    remarks.Say("wrote %d frames and their masks to %s", pictures.Write(options.sFolder, fused.burst.nFirst),
+                options.sFolder.c_str());
+    PrintPairs(fused.vPairs, fused.burst.nFirst);
 }
 
 }  // namespace vkr::tool

@@ -9,6 +9,7 @@
 #include "burst/burst_order.h"
 #include "burst/drawn_burst.h"
 #include "commands/commands.h"
+#include "commands/parameter_options.h"
 #include "foundation/mem_pool.h"
 #include "library/engine.h"
 
@@ -88,17 +89,17 @@ CLI::App* DefineBench(CLI::App& app, BenchOptions& options)
     return pCommand;
 }
 
-void RunBench(const BenchOptions& options, const CommonOptions& common)
+void RunBench(const BenchOptions& options, Remarks& remarks)
 {
     SceneParams scene;
     const Size size = ParseSize(options.sSize);
     scene.nWidth = size.nWidth;
     scene.nHeight = size.nHeight;
     scene.nExposures = options.nExposures;
-    LibraryLines lines(common.bVerbose);
-    ToolParameters params = LoadParameters(options.parameters, lines);
+    LibraryLines lines(&remarks);
+    ToolParameters params = LoadParameters(options.parameters, lines, remarks);
     const std::vector<Frame> vFrames = DrawBurst(scene);
-    FitParameters(options.parameters, RatioFramesOf(vFrames), common.bVerbose, params);
+    FitParameters(options.parameters, RatioFramesOf(vFrames), remarks, params);
     Frame result;
     result.Resize(size.nWidth, size.nHeight);
 

@@ -4,6 +4,7 @@
 #include "burst/burst_order.h"
 #include "burst/drawn_burst.h"
 #include "commands/commands.h"
+#include "commands/parameter_options.h"
 #include "library/engine.h"
 #include "pictures/colour_convert.h"
 
@@ -65,26 +66,26 @@ CLI::App* DefineDemo(CLI::App& app, DemoOptions& options)
     return pCommand;
 }
 
-void RunDemo(const DemoOptions& options, const CommonOptions& common)
+void RunDemo(const DemoOptions& options, Remarks& remarks)
 {
     SceneParams scene;
     const Size size = ParseSize(options.sSize);
     scene.nWidth = size.nWidth;
     scene.nHeight = size.nHeight;
     scene.nExposures = options.nExposures;
-    LibraryLines lines(common.bVerbose);
-    ToolParameters params = LoadParameters(options.parameters, lines);
+    LibraryLines lines(&remarks);
+    ToolParameters params = LoadParameters(options.parameters, lines, remarks);
     MakeFolder(options.sFolder);
     const std::vector<Frame> vFrames = DrawBurst(scene);
-    FitParameters(options.parameters, RatioFramesOf(vFrames), common.bVerbose, params);
+    FitParameters(options.parameters, RatioFramesOf(vFrames), remarks, params);
     const Frame result = FuseDrawn(vFrames, params, lines);
     for (size_t k = 0; k < vFrames.size(); ++k) {
         WriteWholeFile(options.sFolder + "/frame" + std::to_string(k) + ".jpg", WriteJpeg(vFrames[k], kQuality));
     }
     WriteWholeFile(options.sFolder + "/result.jpg", WriteJpeg(result, kQuality));
     WriteWholeFile(options.sFolder + "/side_by_side.png", WritePng(SideBySide(vFrames, result)));
-    Say("fused %zu drawn frames of %dx%d; %s holds them, result.jpg and side_by_side.png", vFrames.size(), size.nWidth,
-        size.nHeight, options.sFolder.c_str());
+    remarks.Say("fused %zu drawn frames of %dx%d; %s holds them, result.jpg and side_by_side.png", vFrames.size(),
+                size.nWidth, size.nHeight, options.sFolder.c_str());
 }
 
 }  // namespace vkr::tool

@@ -60,7 +60,7 @@ CLI::App* DefineDecipher(CLI::App& app, EncipherOptions& options)
     return pCommand;
 }
 
-void RunEncipher(const EncipherOptions& options, const CommonOptions& common)
+void RunEncipher(const EncipherOptions& options, Remarks& remarks)
 {
     const std::string& sVersion = options.sConfigVersion;
     if (!sVersion.empty() && (sVersion.size() < 7 || sVersion.size() > 64 || sVersion.find(';') != std::string::npos)) {
@@ -74,7 +74,7 @@ void RunEncipher(const EncipherOptions& options, const CommonOptions& common)
     std::copy(vText.begin(), vText.end(), vFile.begin() + kEncipheredHead);
     CipherText(vFile, 0);
 
-    LibraryLines lines(common.bVerbose);
+    LibraryLines lines(&remarks);
     ToolParameters(ToolParameters::Base::kRegistered).LoadEnciphered(options.sInput, vFile, lines);
     WriteWholeFile(options.sOutput, vFile);
 }

@@ -100,7 +100,7 @@ CLI::App* DefineFaces(CLI::App& app, FacesOptions& options)
     return pCommand;
 }
 
-void RunFaces(const FacesOptions& options, const CommonOptions& common)
+void RunFaces(const FacesOptions& options, Remarks& remarks)
 {
     const std::string sOutput = OutputOf(options);
     if (KindOfPath(sOutput) != PictureKind::kPng) throw UsageError("the output ends in .png, not '" + sOutput + "'");
@@ -109,18 +109,18 @@ void RunFaces(const FacesOptions& options, const CommonOptions& common)
     const Bytes vFile = ReadWholeFile(options.sImage);
     std::string sWarning;
     const Frame frame = ReadPicture(vFile, options.sImage, sWarning).frame;
-    if (!sWarning.empty()) Say("%s", sWarning.c_str());
+    if (!sWarning.empty()) remarks.Say("%s", sWarning.c_str());
     const int nOrientation = ReadPhotoInfo(vFile).nOrientation;
 
     std::vector<FoundFace> vFaces;
     {
-        const LibraryLines lines(common.bVerbose);
+        const LibraryLines lines(&remarks);
         vFaces = FindFaces(frame, QuarterTurns(nOrientation));
     }
     Raster picture = RgbFromFrame(frame);
     for (const FoundFace& face : vFaces) DrawBox(picture, face.box);
     WriteWholeFile(sOutput, WritePng(TurnUpright(picture, nOrientation)));
-    Say("%zu faces, drawn in %s", vFaces.size(), sOutput.c_str());
+    remarks.Say("%zu faces, drawn in %s", vFaces.size(), sOutput.c_str());
     PrintFaces(vFaces);
 }
 

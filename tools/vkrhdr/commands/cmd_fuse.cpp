@@ -5,49 +5,17 @@
 #include <optional>
 
 #include "commands/commands.h"
-#include "library/align_report.h"
-#include "library/library_lines.h"
+#include "commands/parameter_options.h"
+#include "fuse/fuse_burst.h"
 #include "library/stage_pictures.h"
-#include "library/stop_watch.h"
 #include "pictures/colour_convert.h"
 #include "pictures/tool_error.h"
-#include "second_attempt/second_attempt.h"
 
 namespace vkr::tool {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-// The folder that the library writes its debug files under, as the working folder for one scope.
-class WorkingFolder {
-public:
-    explicit WorkingFolder(const std::string& sFolder) : m_before(fs::current_path()) { fs::current_path(sFolder); }
-    ~WorkingFolder()
-    {
-        std::error_code error;
-        fs::current_path(m_before, error);
-    }
-    WorkingFolder(const WorkingFolder&) = delete;
-    WorkingFolder& operator=(const WorkingFolder&) = delete;
-
-private:
-    fs::path m_before;
-};
-
-// Everything that can be refused before a picture is read.
-void CheckUse(const FuseOptions& options)
-{
-    CheckBurst(options.burst);
-    CheckFaces(options.faces);
-    if (!options.burst.IsRaw() && KindOfPath(options.sOutput) == PictureKind::kRaw) {
-        throw UsageError("the output ends in .jpg, .jpeg or .png (or --raw is given), not '" + options.sOutput + "'");
-    }
-    const fs::path folder = fs::absolute(options.sOutput).parent_path();
-    std::error_code error;
-    if (!fs::is_directory(folder, error)) throw UsageError(folder.string() + ": is no folder; make it first");
-    if (access(folder.c_str(), W_OK) != 0) throw BurstError(folder.string() + ": can not be written to");
-}
 
 void MakeDumpFolders(const std::string& sFolder)
 {
@@ -57,54 +25,56 @@ void MakeDumpFolders(const std::string& sFolder)
     }
 }
 
-void SayFailedPairs(const std::vector<AlignedPair>& vPairs, const ToolParameters& params, const PhotoBurst& burst)
-{
-    const bool bDropped = params.Get("CMultipleImagesAlignFilter.bDropAlignFail") != 0;
-    for (const AlignedPair& pair : vPairs) {
-        if (!pair.bAligned) Say("%s", FailureLine(pair, burst.Names(), burst.nReference, bDropped).c_str());
+// The folder that the library writes its debug files under: the working folder from the first render to scope end.
+class DumpFolder : public StageListener {
+public:
+    explicit DumpFolder(const std::string& sFolder) : m_sFolder(sFolder) {}
+    ~DumpFolder() override
+    {
+        std::error_code error;
+        if (!m_before.empty()) fs::current_path(m_before, error);
     }
-}
+    DumpFolder(const DumpFolder&) = delete;
+    DumpFolder& operator=(const DumpFolder&) = delete;
 
-struct Fusion {
-    Frame result;
-    std::vector<AlignedPair> vPairs;
+    void OnRenderBegins() override
+    {
+        if (!m_before.empty()) return;
+        MakeDumpFolders(m_sFolder);
+        m_before = fs::current_path();
+        fs::current_path(m_sFolder);
+    }
+
+private:
+    std::string m_sFolder;
+    fs::path m_before;  // empty until the first render
 };
 
-// One render. pStages: who else looks on, or null.
-Fusion RenderOnce(const ToolParameters& params, LibraryLines& lines, const PhotoBurst& burst, StagePictures* pStages)
+// Where the result can not go.
+void CheckOutput(const FuseOptions& options)
 {
-    PairReports reports;
-    std::vector<StageListener*> vListeners = {&reports};
-    if (pStages != nullptr) vListeners.push_back(pStages);
-    lines.Times() = {};
-    const StageListeners listeners(vListeners);
-    Engine engine(params, lines);
-    Fusion fusion{RenderBurst(engine, burst), reports.Pairs()};
-    listeners.Check();
-    return fusion;
+    if (options.burst.sRaw.empty() && KindOfPath(options.sOutput) == PictureKind::kRaw) {
+        throw UsageError("the output ends in .jpg, .jpeg or .png (or --raw is given), not '" + options.sOutput + "'");
+    }
+    const fs::path folder = fs::absolute(options.sOutput).parent_path();
+    std::error_code error;
+    if (!fs::is_directory(folder, error)) throw UsageError(folder.string() + ": is no folder; make it first");
+    if (access(folder.c_str(), W_OK) != 0) throw BurstError(folder.string() + ": can not be written to");
 }
 
-// The render with what the user wants to see of it, and a second one where alignment needs another attempt.
-Frame FuseBurst(const FuseOptions& options, ToolParameters& params, LibraryLines& lines, PhotoBurst& burst)
+// The burst with what the user wants to see of it.
+FusedBurst FuseAndShow(const FuseOptions& options, BurstFuser& fuser, PhotoBurst burst, Remarks& remarks)
 {
+    std::vector<StageListener*> vListeners;
     std::optional<StagePictures> stages;
-    if (!options.sStageFolder.empty()) stages.emplace(options.sStageFolder, options.burst.IsCrFirst());
-    StagePictures* const pStages = stages ? &*stages : nullptr;
-    std::optional<WorkingFolder> folder;
-    if (!options.sDumpFolder.empty()) {
-        MakeDumpFolders(options.sDumpFolder);
-        folder.emplace(options.sDumpFolder);
-    }
-    const StopWatch watch;
-    Fusion fusion = RenderOnce(params, lines, burst, pStages);
-    if (MayTryAgain(options.parameters, fusion.vPairs) && TryAgain(options.parameters, fusion.vPairs, burst, params)) {
-        if (stages) stages->TakeBack();
-        fusion = RenderOnce(params, lines, burst, pStages);
-    }
-    SayFailedPairs(fusion.vPairs, params, burst);
-    Say("fused in %d ms", watch.Ms());
-    if (stages) Say("wrote %d stage pictures to %s", stages->Count(), options.sStageFolder.c_str());
-    return std::move(fusion.result);
+    if (!options.sStageFolder.empty()) vListeners.push_back(&stages.emplace(options.sStageFolder, burst.IsCrFirst()));
+    std::optional<DumpFolder> dumps;
+    if (!options.sDumpFolder.empty()) vListeners.push_back(&dumps.emplace(options.sDumpFolder));
+    FusedBurst fused = std::move(fuser).Fuse(std::move(burst), vListeners);
+    SayFailedPairs(fused, remarks);
+    remarks.Say("fused in %d ms", fused.nMs);
+    if (stages) remarks.Say("wrote %d stage pictures to %s", stages->Count(), options.sStageFolder.c_str());
+    return fused;
 }
 
 Bytes EncodeResult(const FuseOptions& options, const Frame& result, const Photo& reference)
@@ -142,20 +112,16 @@ CLI::App* DefineFuse(CLI::App& app, FuseOptions& options)
     return pCommand;
 }
 
-void RunFuse(const FuseOptions& options, const CommonOptions& common)
+void RunFuse(const FuseOptions& options, Remarks& remarks)
 {
-    CheckUse(options);
-    LibraryLines lines(common.bVerbose);
-    ToolParameters params = LoadParameters(options.parameters, lines);
-    if (!options.sDumpFolder.empty()) params.SwitchDumpsOn();
-    PhotoBurst burst = ReadBurst(options.burst);
-    FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
-    params.SetChromaOrder(options.burst.IsCrFirst());
-    ApplyFaces(options.faces, options.parameters, burst, params);
-    const Frame result = FuseBurst(options, params, lines, burst);
-    WriteWholeFile(options.sOutput, EncodeResult(options, result, burst.Reference()));
-    Say("wrote %s", options.sOutput.c_str());
-    if (options.bTimings) lines.Times().Print(stderr);
+    const BurstChoice choice = ChosenBurst(options.burst);
+    const BurstWishes wishes{options.parameters, ChosenFaces(options.faces), !options.sDumpFolder.empty()};
+    CheckOutput(options);
+    BurstFuser fuser(wishes, remarks);
+    const FusedBurst fused = FuseAndShow(options, fuser, ReadBurst(choice, remarks), remarks);
+    WriteWholeFile(options.sOutput, EncodeResult(options, fused.result, fused.burst.Reference()));
+    remarks.Say("wrote %s", options.sOutput.c_str());
+    if (options.bTimings) fused.times.Print(stderr);
 }
 
 }  // namespace vkr::tool

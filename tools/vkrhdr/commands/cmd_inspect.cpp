@@ -1,54 +1,16 @@
 #include <CLI/CLI.hpp>
-#include <memory>
+#include <utility>
 
 #include "commands/commands.h"
+#include "commands/parameter_options.h"
+#include "fuse/fuse_burst.h"
 #include "inspect/inspect_sections.h"
-#include "library/align_report.h"
-#include "library/library_lines.h"
-#include "library/stop_watch.h"
-#include "second_attempt/second_attempt.h"
 
 namespace vkr::tool {
 
 namespace {
 
-// A burst as it was fused, with all that its stages showed.
-struct Fusion {
-    KeptStages stages;
-    PairReports reports;
-    Frame result;
-
-    explicit Fusion(bool bCrFirst) : stages(bCrFirst) {}
-};
-
-std::unique_ptr<Fusion> FuseOnce(const ToolParameters& params, LibraryLines& lines, const PhotoBurst& burst,
-                                 bool bCrFirst)
-{
-    auto pFusion = std::make_unique<Fusion>(bCrFirst);
-    lines.Times() = {};
-    const StageListeners listeners({&pFusion->reports, &pFusion->stages});
-    Engine engine(params, lines);
-    pFusion->result = RenderBurst(engine, burst);
-    listeners.Check();
-    return pFusion;
-}
-
-std::unique_ptr<Fusion> FuseAndLook(const InspectOptions& options, ToolParameters& params, LibraryLines& lines,
-                                    PhotoBurst& burst)
-{
-    const StopWatch watch;
-    const bool bCrFirst = options.burst.IsCrFirst();
-    auto pFusion = FuseOnce(params, lines, burst, bCrFirst);
-    const std::vector<AlignedPair> vPairs = pFusion->reports.Pairs();
-    if (MayTryAgain(options.parameters, vPairs) && TryAgain(options.parameters, vPairs, burst, params)) {
-        pFusion.reset();
-        pFusion = FuseOnce(params, lines, burst, bCrFirst);
-    }
-    Say("fused in %d ms", watch.Ms());
-    return pFusion;
-}
-
-std::string PageWords(const PhotoBurst& burst, const ParameterOptions& parameters)
+std::string PageWords(const PhotoBurst& burst, const ParameterChoice& parameters)
 {
     const Size size = burst.FrameSize();
     return std::to_string(burst.vPhotos.size()) + " frames of " + std::to_string(size.nWidth) + "x" +
@@ -77,26 +39,23 @@ CLI::App* DefineInspect(CLI::App& app, InspectOptions& options)
 }
 
 // The burst goes the way that vkrhdr fuse takes it.
-void RunInspect(const InspectOptions& options, const CommonOptions& common)
+void RunInspect(const InspectOptions& options, Remarks& remarks)
 {
-    CheckBurst(options.burst);
-    CheckFaces(options.faces);
-    LibraryLines lines(common.bVerbose);
-    ToolParameters params = LoadParameters(options.parameters, lines);
-    PhotoBurst burst = ReadBurst(options.burst);
-    FitParameters(options.parameters, burst.RatioFrames(), common.bVerbose, params);
-    params.SetChromaOrder(options.burst.IsCrFirst());
-    ApplyFaces(options.faces, options.parameters, burst, params);
+    const BurstChoice choice = ChosenBurst(options.burst);
+    BurstFuser fuser({options.parameters, ChosenFaces(options.faces)}, remarks);
+    PhotoBurst burst = ReadBurst(choice, remarks);
     PictureFolder folder(options.sFolder, burst.Reference().info.nOrientation);
 
-    const std::unique_ptr<Fusion> pFusion = FuseAndLook(options, params, lines, burst);
+    KeptStages stages(choice.bCrFirst);
+    const FusedBurst fused = std::move(fuser).Fuse(std::move(burst), {&stages});
+    remarks.Say("fused in %d ms", fused.nMs);
 
-    Page page{"vkrhdr inspect: " + burst.Reference().sName, PageWords(burst, options.parameters), {}};
-    page.vSections = StageSections({burst, params, pFusion->stages, pFusion->reports.Pairs(), pFusion->result}, folder);
-    page.vSections.push_back(TimesSection(lines.Times()));
-    page.vSections.push_back(ParametersSection(params));
+    Page page{"vkrhdr inspect: " + fused.burst.Reference().sName, PageWords(fused.burst, options.parameters), {}};
+    page.vSections = StageSections({fused.burst, fused.params, stages, fused.vPairs, fused.result}, folder);
+    page.vSections.push_back(TimesSection(fused.times));
+    page.vSections.push_back(ParametersSection(fused.params));
     WritePage(options, page);
-    Say("wrote %s/index.html and %d pictures", options.sFolder.c_str(), folder.Count());
+    remarks.Say("wrote %s/index.html and %d pictures", options.sFolder.c_str(), folder.Count());
 }
 
 }  // namespace vkr::tool

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/commands.h"
+#include "commands/parameter_options.h"
 #include "library/photo_preset.h"
 #include "pictures/tool_error.h"
 

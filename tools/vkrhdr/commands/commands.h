@@ -3,9 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "burst/photo_burst.h"
+#include "commands/burst_options.h"
 #include "commands/face_options.h"
-#include "library/parameter_options.h"
+#include "library/parameter_choice.h"
+#include "pictures/remarks.h"
 
 namespace CLI {
 class App;
@@ -14,7 +15,8 @@ class App;
 namespace vkr::tool {
 
 // One file a subcommand: its options, how the command line fills them, and what it does with them. Run... throws
-// UsageError and BurstError; all else is done when it returns.
+// UsageError and BurstError; all else is done when it returns. What there is to say about it goes to remarks, results
+// in words to standard output.
 
 struct CommonOptions {
     int nThreads = 0;  // 0: as the system has it
@@ -24,7 +26,7 @@ struct CommonOptions {
 
 struct FuseOptions {
     BurstOptions burst;
-    ParameterOptions parameters;
+    ParameterChoice parameters;
     FaceOptions faces;
     std::string sOutput, sDumpFolder, sStageFolder;
     int nQuality = 95;
@@ -33,13 +35,13 @@ struct FuseOptions {
 
 struct AlignOptions {
     BurstOptions burst;
-    ParameterOptions parameters;
+    ParameterChoice parameters;
     std::string sFolder;
 };
 
 struct InspectOptions {
     BurstOptions burst;
-    ParameterOptions parameters;
+    ParameterChoice parameters;
     FaceOptions faces;
     std::string sFolder;
 };
@@ -60,13 +62,13 @@ struct EncipherOptions {
 };
 
 struct DemoOptions {
-    ParameterOptions parameters;
+    ParameterChoice parameters;
     std::string sFolder = "demo", sSize = "960x640";
     int nExposures = 3;
 };
 
 struct BenchOptions {
-    ParameterOptions parameters;
+    ParameterChoice parameters;
     std::string sSize = "4000x3000";
     int nExposures = 3, nRuns = 5;
 };
@@ -81,17 +83,14 @@ CLI::App* DefineDecipher(CLI::App& app, EncipherOptions& options);
 CLI::App* DefineDemo(CLI::App& app, DemoOptions& options);
 CLI::App* DefineBench(CLI::App& app, BenchOptions& options);
 
-void RunFuse(const FuseOptions& options, const CommonOptions& common);
-void RunAlign(const AlignOptions& options, const CommonOptions& common);
-void RunInspect(const InspectOptions& options, const CommonOptions& common);
-void RunFaces(const FacesOptions& options, const CommonOptions& common);
+void RunFuse(const FuseOptions& options, Remarks& remarks);
+void RunAlign(const AlignOptions& options, Remarks& remarks);
+void RunInspect(const InspectOptions& options, Remarks& remarks);
+void RunFaces(const FacesOptions& options, Remarks& remarks);
 void RunParams(const ParamsOptions& options);
-void RunEncipher(const EncipherOptions& options, const CommonOptions& common);
+void RunEncipher(const EncipherOptions& options, Remarks& remarks);
 void RunDecipher(const EncipherOptions& options);
-void RunDemo(const DemoOptions& options, const CommonOptions& common);
-void RunBench(const BenchOptions& options, const CommonOptions& common);
-
-// A short line about what was done, on standard error.
-void Say(const char* pFormat, ...) __attribute__((format(printf, 1, 2)));
+void RunDemo(const DemoOptions& options, Remarks& remarks);
+void RunBench(const BenchOptions& options, Remarks& remarks);
 
 }  // namespace vkr::tool

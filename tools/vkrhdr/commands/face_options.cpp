@@ -3,15 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
-#include "burst/face_model.h"
-#include "commands/commands.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {
 
 namespace {
-
-constexpr int kHostFaces = 1;  // a face source of the library; 0 is the network
 
 FaceBox ParseBox(const std::string& sText)
 {
@@ -29,12 +25,10 @@ bool IsWord(const std::string& sFace)
     return sFace == "auto" || sFace == "none";
 }
 
-void ApplyLook(const FaceOptions& options, ToolParameters& params)
+FaceLook LookOf(const std::string& sLook)
 {
-    if (options.sLook.empty()) return;
-    const std::string sHsv = options.sLook == "hsv" ? "1" : "0";
-    params.Set("bHSVStretch=" + sHsv);
-    params.Set("bHSVTone=" + sHsv);
+    if (sLook.empty()) return FaceLook::kByParameters;
+    return sLook == "hsv" ? FaceLook::kHsv : FaceLook::kCurve;
 }
 
 }  // namespace
@@ -50,34 +44,21 @@ void DefineFaceOptions(CLI::App& command, FaceOptions& options)
         ->check(CLI::IsMember({"lut", "hsv"}));
 }
 
-void CheckFaces(const FaceOptions& options)
+FaceChoice ChosenFaces(const FaceOptions& options)
 {
+    FaceChoice choice;
+    choice.look = LookOf(options.sLook);
     for (const std::string& sFace : options.vFaces) {
         if (!IsWord(sFace)) {
-            ParseBox(sFace);
+            choice.source = FaceSource::kBoxes;
+            choice.vBoxes.push_back(ParseBox(sFace));
         } else if (options.vFaces.size() > 1) {
             throw UsageError("--face " + sFace + " stands alone");
+        } else {
+            choice.source = sFace == "auto" ? FaceSource::kNetwork : FaceSource::kNone;
         }
     }
-}
-
-void ApplyFaces(const FaceOptions& options, const ParameterOptions& parameters, PhotoBurst& burst,
-                ToolParameters& params)
-{
-    ApplyLook(options, params);
-    const bool bWord = !options.vFaces.empty() && IsWord(options.vFaces[0]);
-    const bool bOwnChoice = options.vFaces.empty() && parameters.IsPhoto() && !parameters.Sets("bAIMask");
-    if (bOwnChoice) params.Set("bAIMask=1");
-    if (!options.vFaces.empty()) params.Set(options.vFaces[0] == "none" ? "bAIMask=0" : "bAIMask=1");
-    for (const std::string& sFace : options.vFaces) {
-        if (!bWord) burst.vFaces.push_back(ParseBox(sFace));
-    }
-    burst.nFaceSource = burst.vFaces.empty() ? 0 : kHostFaces;
-    if (burst.nFaceSource > 0 || params.Get("bAIMask") == 0) return;
-    const std::string sWhyNot = FindFaceModel();
-    if (sWhyNot.empty()) return;
-    Say("no face is looked for: %s", sWhyNot.c_str());
-    params.Set("bAIMask=0");
+    return choice;
 }
 
 }  // namespace vkr::tool

@@ -1,7 +1,7 @@
 #include "library/aligned_pictures.h"
 
-#include "library/library_pictures.h"
 #include "pictures/colour_convert.h"
+#include "pictures/library_pictures.h"
 
 namespace vkr::tool {
 
@@ -16,6 +16,12 @@ int ExposureOf(const std::string& sName, const std::string& sStage)
 }
 
 }  // namespace
+
+void AlignedPictures::OnRenderBegins()
+{
+    m_vFrames.clear();
+    m_vMasks.clear();
+}
 
 void AlignedPictures::OnImage(const std::string& sName, const CImage& image)
 {

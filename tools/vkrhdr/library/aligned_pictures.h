@@ -13,6 +13,7 @@ class AlignedPictures : public StageListener {
 public:
     explicit AlignedPictures(bool bCrFirst) : m_bCrFirst(bCrFirst) {}
 
+    void OnRenderBegins() override;
     void OnImage(const std::string& sName, const CImage& image) override;
     void OnYuvImage(const std::string& sName, const CYuvImage& image) override;
 

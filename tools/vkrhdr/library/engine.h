@@ -20,7 +20,8 @@ public:
 
     void AddFrame(int nIndex, const Frame& frame);
 
-    // result comes with the size and the chroma order of the frames. nFaceSource 0 may ask the network, see ApplyFaces.
+    // result comes with the size and the chroma order of the frames. nFaceSource 0 may ask the network, see
+    // ChooseFaces.
     void Render(int nExposures, int nReference, int nOrientation, const std::vector<FaceBox>& vFaces, int nFaceSource,
                 Frame& result);
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <utility>
 
-#include "library/library_pictures.h"
+#include "pictures/library_pictures.h"
 
 namespace vkr::tool {
 
@@ -53,6 +53,12 @@ void KeptStages::Keep(const std::string& sName, Raster raster)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_vPictures[sName] = std::move(raster);
+}
+
+void KeptStages::OnRenderBegins()
+{
+    m_vPictures.clear();
+    m_vFrames.clear();
 }
 
 void KeptStages::OnImage(const std::string& sName, const CImage& image)

@@ -14,6 +14,7 @@ class KeptStages : public StageListener {
 public:
     explicit KeptStages(bool bCrFirst) : m_bCrFirst(bCrFirst) {}
 
+    void OnRenderBegins() override;
     void OnImage(const std::string& sName, const CImage& image) override;
     void OnShortImage(const std::string& sName, const CShortImage& image) override;
     void OnYuvImage(const std::string& sName, const CYuvImage& image) override;

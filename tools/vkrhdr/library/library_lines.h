@@ -3,14 +3,17 @@
 #include <string>
 
 #include "library/stage_times.h"
+#include "pictures/remarks.h"
 
 namespace vkr::tool {
 
-// Keeps the library's lines off our output, from the constructor to the destructor; one at a time. With bVerbose they
-// go to standard error. Stage times and messages are kept for later.
+// Keeps the library's lines off standard output, from the constructor to the destructor; one at a time in a process.
+// Stage times and messages are kept for later.
 class LibraryLines {
 public:
-    explicit LibraryLines(bool bVerbose);
+    // pRemarks, unless null, gets every line as a verbose one; what the library leaves without a line end counts as the
+    // beginning of the next, and at the end as a line.
+    explicit LibraryLines(Remarks* pRemarks);
     ~LibraryLines();
     LibraryLines(const LibraryLines&) = delete;
     LibraryLines& operator=(const LibraryLines&) = delete;
@@ -23,7 +26,7 @@ public:
 private:
     void AddText(const char* pText);
 
-    bool m_bVerbose;
+    Remarks* m_pRemarks;
     std::string m_sUnfinished, m_sLastMessage;
     StageTimes m_times;
 };

@@ -13,6 +13,8 @@ namespace vkr::tool {
 class StageListener {
 public:
     virtual ~StageListener() = default;
+    // A render begins, on the caller's thread: nothing that an earlier one showed counts any more.
+    virtual void OnRenderBegins() {}
     virtual void OnImage(const std::string& /*sName*/, const CImage& /*image*/) {}
     virtual void OnShortImage(const std::string& /*sName*/, const CShortImage& /*image*/) {}
     virtual void OnYuvImage(const std::string& /*sName*/, const CYuvImage& /*image*/) {}

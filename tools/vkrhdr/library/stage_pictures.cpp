@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "library/library_pictures.h"
 #include "pictures/colour_convert.h"
+#include "pictures/library_pictures.h"
 
 namespace vkr::tool {
 
@@ -27,7 +27,7 @@ void StagePictures::WriteStage(const std::string& sName, const Raster& raster)
     WriteWholeFile(sPath, WritePng(raster, true));
 }
 
-void StagePictures::TakeBack()
+void StagePictures::OnRenderBegins()
 {
     std::error_code error;
     for (const std::string& sPath : m_vPaths) std::filesystem::remove(sPath, error);

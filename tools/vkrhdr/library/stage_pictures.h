@@ -16,14 +16,12 @@ public:
     // bCrFirst: the chroma order of the frames. BurstError when the folder can not be made.
     StagePictures(const std::string& sFolder, bool bCrFirst);
 
+    void OnRenderBegins() override;  // removes all it wrote
     void OnImage(const std::string& sName, const CImage& image) override;
     void OnShortImage(const std::string& sName, const CShortImage& image) override;
     void OnYuvImage(const std::string& sName, const CYuvImage& image) override;
 
     int Count() const { return static_cast<int>(m_vPaths.size()); }
-
-    // Removes all it wrote, as if nothing had been shown yet.
-    void TakeBack();
 
 private:
     template <class Image>

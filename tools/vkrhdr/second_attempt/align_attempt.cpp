@@ -4,7 +4,7 @@
 
 #include "foundation/mem_pool.h"
 #include "library/align_report.h"
-#include "library/library_pictures.h"
+#include "pictures/library_pictures.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {

@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "commands/commands.h"
 #include "library/align_report.h"
 #include "library/photo_preset.h"
 #include "pictures/picture_shift.h"
@@ -42,11 +41,11 @@ std::vector<Frame> FramesOf(const PhotoBurst& burst)
 // The values that the attempts differ in, as they are and as they are tolerant; without those that --set names.
 class Tolerance {
 public:
-    Tolerance(const ParameterOptions& options, Size size, ToolParameters& params) : m_params(params)
+    Tolerance(const ParameterChoice& choice, Size size, ToolParameters& params) : m_params(params)
     {
         for (const std::string& sTolerant : TolerantAssignments(size)) {
             const std::string sName = sTolerant.substr(0, sTolerant.find('='));
-            if (options.Sets(sName)) continue;
+            if (choice.Sets(sName)) continue;
             m_vTolerant.push_back(sTolerant);
             m_vStrict.push_back(sName + "=" + std::to_string(params.Get(sName)));
         }
@@ -85,8 +84,7 @@ Attempt Tried(std::vector<Frame> vFrames, const std::vector<Shift>& vMoves, int 
 // As the frames lie, if they lie well; else brought near each other, with the values as they are and the tolerant ones:
 // the first of the best, with its borders borrowed unless alignment is misled by them. Leaves params at those that it
 // was made with.
-Attempt BestAttempt(const ParameterOptions& options, const Pairs& vPairs, const PhotoBurst& burst,
-                    ToolParameters& params)
+Attempt BestAttempt(const ParameterChoice& choice, const Pairs& vPairs, const PhotoBurst& burst, ToolParameters& params)
 {
     const std::vector<Frame> vFrames = FramesOf(burst);
     const auto tried = [&](std::vector<Frame> vTried, const std::vector<Shift>& vMoves) {
@@ -95,7 +93,7 @@ Attempt BestAttempt(const ParameterOptions& options, const Pairs& vPairs, const 
     Attempt best = tried(vFrames, std::vector<Shift>(vFrames.size()));
     if (best.nBeside == 0) return best;
     const std::vector<Shift> vMoves = MovesOf(vFrames, burst.nReference, vPairs);
-    Tolerance tolerance(options, burst.FrameSize(), params);
+    Tolerance tolerance(choice, burst.FrameSize(), params);
     for (const bool bTolerant : {false, true}) {
         tolerance.Set(bTolerant);
         Attempt attempt = tried(MovedFrames(vFrames, vMoves), vMoves);
@@ -125,30 +123,30 @@ KeptFrames KeptFramesOf(const Attempt& attempt, int nReference)
     return kept;
 }
 
-void SayMoved(const Attempt& attempt, const PhotoBurst& burst, KeptFrames kept)
+void SayMoved(const Attempt& attempt, const PhotoBurst& burst, KeptFrames kept, Remarks& remarks)
 {
     for (int k = kept.nBegin; k < kept.nEnd; ++k) {
         const Shift move = attempt.vMoves[static_cast<size_t>(k)];
         if (!IsMoved(move)) continue;
-        Say("vkrhdr: %s is moved by %d, %d pixels before it is aligned",
-            burst.vPhotos[static_cast<size_t>(k)].sName.c_str(), move.nX, move.nY);
+        remarks.Say("vkrhdr: %s is moved by %d, %d pixels before it is aligned",
+                    burst.vPhotos[static_cast<size_t>(k)].sName.c_str(), move.nX, move.nY);
     }
 }
 
-void SayLeftOut(const Pairs& vPairs, const PhotoBurst& burst, KeptFrames kept)
+void SayLeftOut(const Pairs& vPairs, const PhotoBurst& burst, KeptFrames kept, Remarks& remarks)
 {
     for (const AlignedPair& pair : vPairs) {
         if (pair.nSecond != kept.nBegin && pair.nFirst != kept.nEnd - 1) continue;
-        Say("%s", FailureLine(pair, burst.Names(), burst.nReference, true).c_str());
+        remarks.Say("%s", FailureLine(pair, burst.Names(), burst.nReference, true).c_str());
     }
 }
 
 // The ratios go with their frames.
 void LeaveOut(KeptFrames kept, PhotoBurst& burst, ToolParameters& params)
 {
-    const auto nameOf = [](int k) { return "nRatio_" + std::to_string(k); };
-    for (int k = 0; k + 1 < kept.nEnd - kept.nBegin; ++k) {
-        params.SetNearest(nameOf(k), params.Get(nameOf(k + kept.nBegin)));
+    const size_t nDropped = static_cast<size_t>(kept.nBegin), nKept = static_cast<size_t>(kept.nEnd) - nDropped;
+    for (size_t k = 0; k + 1 < nKept; ++k) {
+        params.SetNearest(RatioName(k), params.Get(RatioName(k + nDropped)));
     }
     std::vector<Photo>& vPhotos = burst.vPhotos;
     vPhotos.erase(vPhotos.begin() + kept.nEnd, vPhotos.end());
@@ -159,22 +157,22 @@ void LeaveOut(KeptFrames kept, PhotoBurst& burst, ToolParameters& params)
 
 }  // namespace
 
-bool MayTryAgain(const ParameterOptions& options, const std::vector<AlignedPair>& vPairs)
+bool MayTryAgain(const ParameterChoice& choice, const std::vector<AlignedPair>& vPairs)
 {
-    if (!options.IsPhoto() || options.Sets("nGlobalAlignEnable")) return false;
-    if (options.Sets("CMultipleImagesAlignFilter.bDropAlignFail")) return false;
+    if (!choice.IsPhoto() || choice.Sets("nGlobalAlignEnable")) return false;
+    if (choice.Sets("CMultipleImagesAlignFilter.bDropAlignFail")) return false;
     return std::any_of(vPairs.begin(), vPairs.end(), [](const AlignedPair& pair) { return !pair.bAligned; });
 }
 
-bool TryAgain(const ParameterOptions& options, const std::vector<AlignedPair>& vPairs, PhotoBurst& burst,
-              ToolParameters& params)
+bool TryAgain(const ParameterChoice& choice, const std::vector<AlignedPair>& vPairs, Remarks& remarks,
+              PhotoBurst& burst, ToolParameters& params)
 {
-    Attempt best = BestAttempt(options, vPairs, burst, params);
+    Attempt best = BestAttempt(choice, vPairs, burst, params);
     const KeptFrames kept = KeptFramesOf(best, burst.nReference);
     const bool bMoved = std::any_of(best.vMoves.begin(), best.vMoves.end(), IsMoved);
     if (!bMoved && !best.bTolerant && best.nBeside == 0) return false;
-    SayMoved(best, burst, kept);
-    SayLeftOut(vPairs, burst, kept);
+    SayMoved(best, burst, kept, remarks);
+    SayLeftOut(vPairs, burst, kept, remarks);
     for (size_t k = 0; k < burst.vPhotos.size(); ++k) burst.vPhotos[k].frame = std::move(best.vFrames[k]);
     LeaveOut(kept, burst, params);
     return true;

@@ -4,8 +4,9 @@
 
 #include "burst/photo_burst.h"
 #include "foundation/stage_probe.h"
-#include "library/parameter_options.h"
+#include "library/parameter_choice.h"
 #include "library/tool_parameters.h"
+#include "pictures/remarks.h"
 
 namespace vkr::tool {
 
@@ -14,11 +15,18 @@ namespace vkr::tool {
 // is left out, with all beyond it.
 
 // Whether any pair failed, and nobody but the photo preset has decided how to align and what to do with failures.
-bool MayTryAgain(const ParameterOptions& options, const std::vector<AlignedPair>& vPairs);
+bool MayTryAgain(const ParameterChoice& choice, const std::vector<AlignedPair>& vPairs);
 
-// Changes burst and params to what is best, and says on standard error which frames were moved or left out. False when
-// both stay as they were. The stage probe must be free.
-bool TryAgain(const ParameterOptions& options, const std::vector<AlignedPair>& vPairs, PhotoBurst& burst,
-              ToolParameters& params);
+// Changes burst and params to what is best, and tells which frames were moved or left out. False when both stay as they
+// were.
+//
+//   vPairs   what alignment made of burst with params, a pair for any two neighbours
+//   burst    frames moved; those left out gone, order as it was
+//   params   what alignment is to be content with, and the ratios with their frames
+//
+// Runs alignment several times, with the library's pool and its stage probe: no Engine and no StageListeners may live
+// meanwhile. BurstError when there is no memory.
+bool TryAgain(const ParameterChoice& choice, const std::vector<AlignedPair>& vPairs, Remarks& remarks,
+              PhotoBurst& burst, ToolParameters& params);
 
 }  // namespace vkr::tool

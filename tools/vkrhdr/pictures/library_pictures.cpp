@@ -1,4 +1,4 @@
-#include "library/library_pictures.h"
+#include "pictures/library_pictures.h"
 
 #include <algorithm>
 
