@@ -6,11 +6,10 @@
 #include <vector>
 
 #include "align/init_match.h"
-#include "align/patch_ssd.h"
 #include "align/refine_match.h"
 #include "foundation/image.h"
 
-// What pairs the corners of two frames: one window of candidates, the whole first match, the tracks.
+// What pairs the corners of two frames: the whole first match, the tracks.
 namespace vkr {
 
 namespace {
@@ -55,25 +54,6 @@ struct Lists {
     Lists() : matches{vA.data(), vB.data(), 0} {}
 };
 
-template <bool (*pSearch)(const Patch&, const PatchGrid&, PatchBest&)>
-void BM_SearchGrid(benchmark::State& state)
-{
-    CImage image{};
-    FillGrain(image, 500, 375);
-    const Patch patch = CopyPatch(image, {250, 200});
-    const bool bLikely = state.range(1) != 0;
-    const int nSide = static_cast<int>(state.range(0)), nAt = bLikely ? nSide / 2 : -1;
-    const uint8_t* pFirst = image.Row(200 - 4 - nSide / 2) + 250 - 4 - nSide / 2 + (bLikely ? 0 : nSide);
-    const PatchGrid grid{pFirst, 500, nSide, nSide, nAt, nAt};
-    for (auto _ : state) {
-        PatchBest best{kNoSSD, 0, 0};
-        benchmark::DoNotOptimize(pSearch(patch, grid, best));
-    }
-    state.counters["patches/s"] =
-        benchmark::Counter(static_cast<double>(state.iterations()) * nSide * nSide, benchmark::Counter::kIsRate);
-    image.Release();
-}
-
 void BM_FindInitMatchPair(benchmark::State& state)
 {
     CImage image{};
@@ -106,10 +86,6 @@ void BM_RefineMatchPair(benchmark::State& state)
 }
 
 }  // namespace
-
-// Arguments: side of the window, whether the patch lies in its middle or not in it at all.
-BENCHMARK(BM_SearchGrid<SearchGridScalar>)->Name("SearchGrid/scalar")->Args({41, 1})->Args({41, 0});
-BENCHMARK(BM_SearchGrid<SearchGrid>)->Name("SearchGrid/simd")->Args({41, 1})->Args({41, 0})->Args({5, 1});
 
 // Arguments: features, half side of the window.
 BENCHMARK(BM_FindInitMatchPair)

@@ -3,15 +3,13 @@
 #include <cmath>
 #include <cstdint>
 #include <random>
-#include <vector>
 
 #include "algebra/matrix.h"
 #include "align/homograph_mapping_filter.h"
 #include "align/valid_mask.h"
-#include "align/warp_rows.h"
 #include "foundation/image.h"
 
-// What moves a frame: one row of cells, the whole frame, its mask. The arguments of the frame are width, height and
+// What moves a frame: the whole frame, its mask. The arguments of the frame are width, height and
 // rotation in tenths of a degree; pixels are those of the frame.
 namespace vkr {
 
@@ -35,26 +33,6 @@ void CountPixels(benchmark::State& state, double fPixels)
 {
     state.counters["pixels/s"] =
         benchmark::Counter(fPixels * static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
-}
-
-template <void (*pWarpCellRow)(const WarpPlane&, const float*, int, uint8_t*)>
-void BM_WarpCellRow(benchmark::State& state)
-{
-    const int nWidth = static_cast<int>(state.range(0)), nHeight = 2 * kWarpCell;
-    std::minstd_rand rng(1);
-    std::vector<uint8_t> vPlane(static_cast<size_t>(nWidth) * nHeight), vWarped(vPlane.size());
-    for (uint8_t& sample : vPlane) sample = static_cast<uint8_t>(rng() >> 8);
-    std::vector<float> vNodes(static_cast<size_t>(nWidth) / kWarpCell * 2);
-    for (size_t i = 0; i < vNodes.size(); ++i) {
-        vNodes[i] = i % 2 ? 3.3f : static_cast<float>(i / 2 * kWarpCell) * 0.999f + 4.7f;
-    }
-    const WarpPlane plane{vPlane.data(), nWidth, nHeight, 1};
-    for (auto _ : state) {
-        pWarpCellRow(plane, vNodes.data(), 0, vWarped.data());
-        benchmark::DoNotOptimize(vWarped.data());
-        benchmark::ClobberMemory();
-    }
-    CountPixels(state, static_cast<double>(nWidth) * kWarpCell);
 }
 
 void BM_ProcessImage(benchmark::State& state)
@@ -89,9 +67,6 @@ void BM_CutValidRegion(benchmark::State& state)
 }
 
 }  // namespace
-
-BENCHMARK(BM_WarpCellRow<WarpCellRowScalar>)->Name("WarpCellRow/scalar")->Arg(4000);
-BENCHMARK(BM_WarpCellRow<WarpCellRow>)->Name("WarpCellRow/simd")->Arg(4000);
 
 BENCHMARK(BM_ProcessImage)
     ->Name("HomographMapping")

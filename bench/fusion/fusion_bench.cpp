@@ -116,31 +116,6 @@ void RunStage(benchmark::State& state, Stage pStage)
     burst.Report(state);
 }
 
-void RunNormalize(benchmark::State& state, bool bRun)
-{
-    uint8_t vRaw[3][kRunPixels], vWeights[3 * kRunPixels];
-    for (int k = 0; k < 3; ++k) FillNoise(vRaw[k], kRunPixels, k + 1);
-    const uint8_t* const vPlanes[3] = {vRaw[0], vRaw[1], vRaw[2]};
-    WeightParams params;
-    params.bNormalizeWeightEnable = params.bMax2ExpWeightEnable = 1;
-    params.nDominateWTh = 80;
-    for (auto _ : state) {
-        if (bRun) {
-            NormalizeWeightRun(vPlanes, vWeights, kRunPixels, 3, params);
-        } else {
-            for (int x = 0; x < kRunPixels; ++x) {
-                const int32_t vPixel[3] = {vRaw[0][x], vRaw[1][x], vRaw[2][x]};
-                NormalizeWeight(vPixel, vWeights + 3 * x, 3, params);
-            }
-        }
-        benchmark::ClobberMemory();
-    }
-    state.counters["pixels/s"] =
-        benchmark::Counter(static_cast<double>(state.iterations()) * kRunPixels, benchmark::Counter::kIsRate);
-}
-
-BENCHMARK_CAPTURE(RunNormalize, scalar, false)->Name("NormalizeWeight/scalar");
-BENCHMARK_CAPTURE(RunNormalize, run, true)->Name("NormalizeWeight/simd");
 BENCHMARK_CAPTURE(RunStage, binarize, &Burst::Binarize)
     ->Name("BinarizeFrames")
     ->Args({4000, 3000})

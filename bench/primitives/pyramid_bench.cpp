@@ -4,7 +4,6 @@
 #include <random>
 #include <vector>
 
-#include "primitives/carry_rows.h"
 #include "primitives/gaussian_pyramid.h"
 #include "primitives/smooth.h"
 
@@ -161,20 +160,6 @@ void BM_SmoothImage16(benchmark::State& state)
     SmoothPicture<CShortImage>(state, CSmoothFilter5x5::SmoothImage16, state.range(3) != 0);
 }
 
-template <void (*pCarryRow)(const uint16_t*, uint8_t*, int, int, int, uint8_t*)>
-void BM_CarryRow(benchmark::State& state)
-{
-    const int w = static_cast<int>(state.range(0)), nDim = static_cast<int>(state.range(1));
-    const auto vSums = Noise<uint16_t>(static_cast<size_t>(w) * nDim, 0, 255 << 8);
-    std::vector<uint8_t> vDst(vSums.size()), vCarry(nDim, 0);
-    for (auto _ : state) {
-        pCarryRow(vSums.data(), vDst.data(), w * nDim, nDim, 8, vCarry.data());
-        benchmark::ClobberMemory();
-    }
-    state.counters["pixels/s"] =
-        benchmark::Counter(static_cast<double>(state.iterations()) * w, benchmark::Counter::kIsRate);
-}
-
 // Full luma; working pictures: weights, one exposure, three exposures interleaved; a level low in the pyramid.
 void LumaAndWorking(benchmark::internal::Benchmark* pBench)
 {
@@ -198,8 +183,6 @@ BENCHMARK(BM_SmoothImage8)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 BENCHMARK(BM_SmoothImage16)->Args({1000, 750, 4, 1})->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(BM_CarryRow<CarryRowScalar>)->Name("CarryRow/scalar")->Args({2000, 1})->Args({2000, 3});
-BENCHMARK(BM_CarryRow<CarryRow>)->Name("CarryRow/simd")->Args({2000, 1})->Args({2000, 3});
 
 }  // namespace
 

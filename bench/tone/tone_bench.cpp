@@ -15,7 +15,6 @@
 #include "tone/global_stretch.h"
 #include "tone/hsv_stretch_tone.h"
 #include "tone/hsv_tone.h"
-#include "tone/stretch_rows.h"
 
 namespace vkr {
 namespace {
@@ -191,27 +190,6 @@ void BM_MeanBrightness(benchmark::State& state)
     CountPixels(state, int64_t{kWidth} * kHeight);
 }
 BENCHMARK(BM_MeanBrightness)->Name("GetMeanBrightness")->Arg(0)->Arg(3)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-template <auto CarryRow>
-void BM_StretchCarryRow(benchmark::State& state)
-{
-    CShortImage fused{};
-    CImage out{};
-    ImageScope fusedScope(fused);
-    ImageScope outScope(out);
-    if (!MakeFused(fused) || !out.Allocate(kWidth, 1)) return state.SkipWithError("no memory");
-    std::vector<int32_t> vProducts(static_cast<size_t>(6 * kWidth));
-    StretchProducts(fused.Row(0), vProducts.data(), kWidth, {32, 290, 290});
-    GammaLut lut{};
-    StretchCarry carry{};
-    for (auto _ : state) {
-        CarryRow(vProducts.data(), out.pData, kWidth, lut, carry);
-        benchmark::ClobberMemory();
-    }
-    CountPixels(state, kWidth);
-}
-BENCHMARK(BM_StretchCarryRow<StretchCarryRowScalar>)->Name("StretchCarryRow/scalar");
-BENCHMARK(BM_StretchCarryRow<StretchCarryRow>)->Name("StretchCarryRow/simd");
 
 // Arguments: nWYUV, nSaturateBoost.
 void BM_LocalCurve(benchmark::State& state)

@@ -5,6 +5,9 @@
 #include <hwy/foreach_target.h>  // compiles this file once per instruction set
 #include <hwy/highway.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "align/warp_run-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -63,26 +66,51 @@ float Between(float fFrom, float fTo, float fPart)
     return fFrom + fPart * (fTo - fFrom);
 }
 
-template <int nDim>
-void WarpCellRowScalarOf(const WarpPlane& src, const float* pNodes, int nCellRow, uint8_t* pDst)
-{
-    using HWY_NAMESPACE::WarpRun;
-    HWY_NAMESPACE::WarpTiles<nDim>(src, pNodes, nCellRow, pDst,
-                                   [](const WarpRun& run, float fx, float fy, uint8_t* pOut) {
-                                       for (int i = 0; i < HWY_NAMESPACE::kRun; ++i) {
-                                           const float fTop = Between(run.pTop[i], run.pTop[i + nDim], fx);
-                                           const float fBottom = Between(run.pBottom[i], run.pBottom[i + nDim], fx);
-                                           pOut[i] = static_cast<uint8_t>(Between(fTop, fBottom, fy));
-                                       }
-                                   });
-}
+// A plane of whole cells, the last column and row repeated, read pixel by pixel.
+struct PlainPlane {
+    const WarpPlane& src;
+    int nWholeWidth, nWholeHeight;  // of the cells
+
+    // Mirrored once at either end, then clamped; what is no number is 0.
+    static float Inside(float f, int nSize)
+    {
+        const float fLast = static_cast<float>(nSize - 1);
+        if (std::isnan(f)) return 0;
+        f = std::fabs(f);
+        if (f > fLast) f = 2 * fLast - f;
+        return f > 0 ? f : 0;
+    }
+    float Sample(int x, int y, int c) const
+    {
+        if (x >= nWholeWidth) x = 2 * (nWholeWidth - 1) - x;
+        const int nAt = std::min(y, src.nHeight - 1) * src.nWidth + std::min(x, src.nWidth - 1);
+        return src.pData[nAt * src.nDim + c];
+    }
+    float Across(int x, int y, int c, float fx) const { return Between(Sample(x, y, c), Sample(x + 1, y, c), fx); }
+};
 
 }  // namespace
 
 void WarpCellRowScalar(const WarpPlane& src, const float* pNodes, int nCellRow, uint8_t* pDst)
 {
-    if (src.nDim == 1) return WarpCellRowScalarOf<1>(src, pNodes, nCellRow, pDst);
-    WarpCellRowScalarOf<2>(src, pNodes, nCellRow, pDst);
+    const int nDim = src.nDim, nCell = kWarpCell / nDim, nRun = 8 / nDim;
+    const auto Whole = [&](int nSize) { return (nSize + nCell - 1) / nCell * nCell; };
+    const PlainPlane plane{src, Whole(src.nWidth), Whole(src.nHeight)};
+    const float fDim = static_cast<float>(nDim);
+    for (int y = nCellRow * nCell; y < std::min((nCellRow + 1) * nCell, src.nHeight); ++y) {
+        for (int x = 0; x < src.nWidth; ++x) {
+            const float *pNode = pNodes + 2 * (x / nCell), fInCell = static_cast<float>(x % nCell / nRun * nRun);
+            const float fx = PlainPlane::Inside(fInCell + pNode[0] / fDim, plane.nWholeWidth);
+            const float fy = PlainPlane::Inside(static_cast<float>(y % nCell) + pNode[1] / fDim, plane.nWholeHeight);
+            const int xFrom = static_cast<int>(fx) + x % nRun, yFrom = static_cast<int>(fy);
+            for (int c = 0; c < nDim; ++c) {
+                const float fTop = plane.Across(xFrom, yFrom, c, fx - std::floor(fx));
+                const float fBottom = plane.Across(xFrom, yFrom + 1, c, fx - std::floor(fx));
+                pDst[(y * src.nWidth + x) * nDim + c] =
+                    static_cast<uint8_t>(Between(fTop, fBottom, fy - std::floor(fy)));
+            }
+        }
+    }
 }
 
 HWY_EXPORT(WarpCellRowSimd);

@@ -6,6 +6,7 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
 #include <cstring>
 
 // The loops are plain C++: the compiler vectorises them for each instruction set. Rows go through the planes of a strip
@@ -164,10 +165,33 @@ void BgrToYCbCrRow(uint8_t* pRow, int nPixels, bool bRedFirst)
     HWY_DYNAMIC_DISPATCH(BgrToYCbCrSimd)(pRow, nPixels, bRedFirst);
 }
 
+void BgrToYCbCrRowScalar(uint8_t* pRow, int nPixels, bool bRedFirst)
+{
+    for (uint8_t* p = pRow; p < pRow + 3 * nPixels; p += 3) {
+        const int b = p[0], g = p[1], r = p[2];
+        p[0] = static_cast<uint8_t>((29 * b + 150 * g + 77 * r + 128) >> 8);
+        p[bRedFirst ? 2 : 1] = static_cast<uint8_t>((128 * b - 85 * g - 43 * r) / 256 + 128);
+        p[bRedFirst ? 1 : 2] = static_cast<uint8_t>((128 * r - 107 * g - 21 * b) / 256 + 128);
+    }
+}
+
 HWY_EXPORT(YCbCrToBgrSimd);
 void YCbCrToBgrRow(uint8_t* pRow, int nPixels, bool bRedFirst, ColourCarry& carry)
 {
     HWY_DYNAMIC_DISPATCH(YCbCrToBgrSimd)(pRow, nPixels, bRedFirst, carry);
+}
+
+void YCbCrToBgrRowScalar(uint8_t* pRow, int nPixels, bool bRedFirst, ColourCarry& carry)
+{
+    for (uint8_t* p = pRow; p < pRow + 3 * nPixels; p += 3) {
+        const int y = p[0] * 256, cb = p[bRedFirst ? 2 : 1] - 128, cr = p[bRedFirst ? 1 : 2] - 128;
+        const int vSums[3] = {y + 454 * cb, y - 183 * cr - 88 * cb, y + 359 * cr};
+        for (int c = 0; c < 3; ++c) {
+            const int nTotal = std::max(vSums[c], 0) + carry.vDropped[c];
+            p[c] = static_cast<uint8_t>(std::min(nTotal / 256, 255));
+            carry.vDropped[c] = static_cast<uint8_t>(nTotal % 256);
+        }
+    }
 }
 
 }  // namespace vkr

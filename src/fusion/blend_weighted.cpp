@@ -109,5 +109,18 @@ int16_t BlendWeightedPixel(const int16_t* pSamples, const uint8_t* pWeights, int
     return static_cast<int16_t>(DivOrZero(nSum, nWeights));
 }
 
+void BlendWeightedRunScalar(const BlendWeights& weights, const int16_t* const* vPlanes, int16_t* pDst)
+{
+    for (int x = 0; x < weights.nCount; ++x) {
+        int16_t vSamples[kMaxExposures];
+        uint8_t vWeights[kMaxExposures];
+        for (int k = 0; k < weights.nExposureNum; ++k) {
+            vSamples[k] = vPlanes[k][x];
+            vWeights[k] = weights.vPlanes[k][x];
+        }
+        pDst[x] = BlendWeightedPixel(vSamples, vWeights, weights.nExposureNum);
+    }
+}
+
 }  // namespace vkr
 #endif

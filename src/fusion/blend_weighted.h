@@ -24,10 +24,11 @@ void TakeWeights(const uint8_t* pWeights, int nCount, int nExposureNum, BlendWei
 //
 // Three exposures sum in 32 bits. Any other number sums in a 16-bit accumulator that wraps, and divides what it then
 // holds, read as signed: means of detail beyond 16 bits come out wrong there, and results rest on it. Any number of
-// threads, on different destinations. Same bytes on every instruction set.
+// threads, on different destinations. Both forms give the same bytes; the plain one needs no sums and reciprocals.
 void BlendWeightedRun(const BlendWeights& weights, const int16_t* const* vPlanes, int16_t* pDst);
+void BlendWeightedRunScalar(const BlendWeights& weights, const int16_t* const* vPlanes, int16_t* pDst);
 
-// The definition of BlendWeightedRun for one pixel of nExposureNum samples and weights.
+// One pixel of nExposureNum samples and weights.
 int16_t BlendWeightedPixel(const int16_t* pSamples, const uint8_t* pWeights, int nExposureNum);
 
 }  // namespace vkr

@@ -73,6 +73,15 @@ void SubtractUp(const uint8_t* pLevel, const uint8_t* pUp, int nCount, Laplacian
     for (int c = 0; c < 3; ++c) HWY_DYNAMIC_DISPATCH(SubtractPlane)(vLevel[c], run.vUp[c], run.vDetail[c], nCount);
 }
 
+void SubtractUpScalar(const uint8_t* pLevel, const uint8_t* pUp, int nCount, LaplacianRun& run)
+{
+    run.nCount = nCount;
+    for (int i = 0; i < 3 * nCount; ++i) {
+        run.vUp[i % 3][i / 3] = pUp[i];
+        run.vDetail[i % 3][i / 3] = static_cast<int16_t>(pLevel[i] - pUp[i]);
+    }
+}
+
 void FillSharpenTable(SharpenTable& table, const FusionParams& params)
 {
     for (int i = 0; i < 512; ++i) {
@@ -96,6 +105,14 @@ void ApplyShadowDetailBoost(const DetailGains& gains, LaplacianRun& run)
     HWY_DYNAMIC_DISPATCH(LumaOfPlanes)(run.vUp[0], run.vUp[1], run.vUp[2], vLuma, run.nCount);
     for (int x = 0; x < run.nCount; ++x) vGains[x] = gains.vByLuma[vLuma[x]];
     for (int c = 0; c < 3; ++c) HWY_DYNAMIC_DISPATCH(GainPlane)(vGains, run.vDetail[c], run.nCount);
+}
+
+void ApplyShadowDetailBoostScalar(const DetailGains& gains, LaplacianRun& run)
+{
+    for (int x = 0; x < run.nCount; ++x) {
+        const int nLuma = LumaOfBgr(run.vUp[0][x], run.vUp[1][x], run.vUp[2][x]);
+        for (auto& vDetail : run.vDetail) vDetail[x] = static_cast<int16_t>(gains.vByLuma[nLuma] * vDetail[x] / 16);
+    }
 }
 
 void FillHighlightGains(HighlightGains& gains, int nLevel, const FusionParams& params)
@@ -125,6 +142,13 @@ void ApplyEdgeCompensation(const int16_t* pCoefs, int nStep, LaplacianRun& run)
     int16_t vCoefs[kRunPixels];
     for (int x = 0; x < run.nCount; ++x) vCoefs[x] = pCoefs[x * nStep];
     for (int c = 0; c < 3; ++c) HWY_DYNAMIC_DISPATCH(CompensatePlane)(vCoefs, run.vDetail[c], run.nCount);
+}
+
+void ApplyEdgeCompensationScalar(const int16_t* pCoefs, int nStep, LaplacianRun& run)
+{
+    for (int x = 0; x < run.nCount; ++x) {
+        for (auto& vDetail : run.vDetail) vDetail[x] = static_cast<int16_t>(pCoefs[x * nStep] * vDetail[x] / 128);
+    }
 }
 
 }  // namespace vkr

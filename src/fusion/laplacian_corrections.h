@@ -16,9 +16,10 @@ struct LaplacianRun {
 
 // pLevel, pUp: nCount pixels B, G, R of the level and of the doubled coarser one at the same place.
 void SubtractUp(const uint8_t* pLevel, const uint8_t* pUp, int nCount, LaplacianRun& run);
+void SubtractUpScalar(const uint8_t* pLevel, const uint8_t* pUp, int nCount, LaplacianRun& run);
 
-// Corrections of a run before it is blended; they change vDetail alone. Any number of threads, on different runs. Same
-// bytes on every instruction set.
+// Corrections of a run before it is blended; they change vDetail alone. Any number of threads, on different runs. The
+// plain forms are the definitions; every instruction set gives their bytes.
 
 // Gain of each luma of the doubled level, Q4: 16 leaves the detail alone, 32 doubles it; 0 .. 128.
 struct DetailGains {
@@ -36,6 +37,7 @@ bool FillDetailGains(DetailGains& gains, const SharpenTable& table, int nLevel, 
 
 // Each sample becomes (gain * sample) / 16, truncated toward zero; samples -255 .. 255.
 void ApplyShadowDetailBoost(const DetailGains& gains, LaplacianRun& run);
+void ApplyShadowDetailBoostScalar(const DetailGains& gains, LaplacianRun& run);
 
 // Gain 16.16 by the smallest of B, G, R of the doubled level, from nLowest on. Levels beyond the lists take their last
 // entry.
@@ -51,5 +53,6 @@ void ApplyExtendHL(const HighlightGains& gains, LaplacianRun& run);
 // Each sample becomes (coefficient * sample) / 128, truncated toward zero; what exceeds 16 bits wraps. One coefficient
 // per pixel, Q7, nStep entries apart.
 void ApplyEdgeCompensation(const int16_t* pCoefs, int nStep, LaplacianRun& run);
+void ApplyEdgeCompensationScalar(const int16_t* pCoefs, int nStep, LaplacianRun& run);
 
 }  // namespace vkr

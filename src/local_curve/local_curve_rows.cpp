@@ -256,5 +256,68 @@ void MapCurveRow(uint8_t* pRow, int32_t y, const CurveMapping& mapping)
     }
 }
 
+namespace {
+
+// What the lookups of one node leave: B, G, R and luma.
+struct PlainCarries {
+    int64_t vRest[4];
+};
+
+int64_t PlainLookUp(const BlockTable& table, int nNode, int64_t v, int64_t& nRest)
+{
+    const int64_t nSum = static_cast<int64_t>(table.vEntry[v] >> (16 * nNode) & 0xFFFF) + nRest;
+    nRest = nSum % 16;
+    return std::min<int64_t>(nSum / 16, 255);
+}
+
+// Pixel p through the curve of one node.
+void PlainNode(const BlockTable& table, int nNode, const uint8_t* p, const CurveMapping& mapping, PlainCarries& carries,
+               int64_t* vOut)
+{
+    const int64_t nLuma = (2 * p[0] + 9 * p[1] + 5 * p[2] + 8) / 16;
+    int64_t nGain = 0;  // Q8
+    if (mapping.nWYUV != 0) {
+        nGain = PlainLookUp(table, nNode, nLuma, carries.vRest[3]) * 256 / std::max<int64_t>(nLuma, 1);
+    }
+    for (int c = 0; c < 3; ++c) {
+        int64_t q = (p[c] * nGain + 128) / 256;
+        if (mapping.nSaturateBoost != 0) {
+            q = nLuma + (p[c] - nLuma) * nGain * (mapping.nSaturateBoost + 256) / 65536;
+        }
+        q = std::min<int64_t>(std::max<int64_t>(q, 0), 255);
+        const int64_t nOwn = mapping.nWYUV == 16 ? 0 : PlainLookUp(table, nNode, p[c], carries.vRest[c]);
+        vOut[c] = (q * mapping.nWYUV + nOwn * (16 - mapping.nWYUV) + 8) / 16;
+    }
+}
+
+}  // namespace
+
+void MapCurveRowScalar(uint8_t* pRow, int32_t y, const CurveMapping& mapping)
+{
+    const BlockGeometry& g = mapping.geometry;
+    const int64_t yi = y % g.m_nBlockH;
+    PlainCarries vNodes[4] = {};
+    int64_t vRest[3] = {};
+    for (int32_t x = 0; x < g.m_nWidth; ++x) {
+        uint8_t* const p = pRow + 3 * static_cast<size_t>(x);
+        const int64_t xi = x % g.m_nBlockW;
+        int64_t r[4][3];
+        for (int k = 0; k < 4; ++k) {
+            const size_t nBlock = static_cast<size_t>(y / g.m_nBlockH) * mapping.nTableCols + x / g.m_nBlockW;
+            PlainNode(mapping.pTables[nBlock], k, p, mapping, vNodes[k], r[k]);
+        }
+        for (int c = 0; c < 3; ++c) {
+            const auto Across = [&](int64_t nLeft, int64_t nRight) {
+                return (((g.m_nBlockW - xi) * nLeft + xi * nRight) * g.m_nRecipX) >> (g.m_nShiftX - 4);
+            };
+            const int64_t nUpper = Across(r[0][c], r[1][c]), nLower = Across(r[2][c], r[3][c]);
+            const int64_t nSum =
+                ((((g.m_nBlockH - yi) * nUpper + yi * nLower) * g.m_nRecipY) >> g.m_nShiftY) + vRest[c];
+            vRest[c] = nSum % 16;
+            p[c] = static_cast<uint8_t>(std::min<int64_t>(nSum / 16, 255));
+        }
+    }
+}
+
 }  // namespace vkr
 #endif

@@ -27,6 +27,9 @@ struct CurveMapping {
 
 // Maps row y of a picture of geometry.m_nWidth pixels B, G, R in place. Every lookup and the mix of the four nodes
 // carry their dropped fraction along the row, all from 0 at its start: rows are independent of each other.
+//
+// Both give the same bytes: MapCurveRowScalar is the definition, MapCurveRow is what to call.
 void MapCurveRow(uint8_t* pRow, int32_t y, const CurveMapping& mapping);
+void MapCurveRowScalar(uint8_t* pRow, int32_t y, const CurveMapping& mapping);
 
 }  // namespace vkr

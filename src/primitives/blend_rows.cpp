@@ -6,6 +6,8 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
+
 #include "primitives/pixel_pairs-inl.h"
 
 // As in the tap rows the compiler vectorises plain loops over flat rows, where a neighbour pixel is nDim samples away.
@@ -253,6 +255,86 @@ void BlendRows31(const int16_t* pNear, const int16_t* pFar, int16_t* pDst, int n
 void QuarterRow(const int16_t* pRow, int16_t* pDst, int nCount)
 {
     HWY_DYNAMIC_DISPATCH(QuarterS16)(pRow, pDst, nCount);
+}
+
+namespace {
+
+// Sample i of a row of w pixels of nDim, its pixel moved by nMove and kept inside.
+template <class T>
+int32_t Neighbour(const T* pRow, int i, int nMove, int w, int nDim)
+{
+    return pRow[std::min(std::max(i / nDim + nMove, 0), w - 1) * nDim + i % nDim];
+}
+
+// Place of channel c of pixel 2x or 2x + 1 for sample i of the source row.
+int WidePlace(int i, int nOdd, int nDim)
+{
+    return (2 * (i / nDim) + nOdd) * nDim + i % nDim;
+}
+
+}  // namespace
+
+template <class T, class Wide>
+void WidenRow161Scalar(const T* pRow, Wide* pWide, int w, int nDim, Wide*)
+{
+    for (int i = 0; i < w * nDim; ++i) {
+        const int32_t nBefore = Neighbour(pRow, i, -1, w, nDim), nAfter = Neighbour(pRow, i, 1, w, nDim);
+        pWide[WidePlace(i, 0, nDim)] = static_cast<Wide>((nBefore + 6 * pRow[i] + nAfter) / 4);
+        pWide[WidePlace(i, 1, nDim)] = static_cast<Wide>(pRow[i] + nAfter);
+    }
+}
+template void WidenRow161Scalar(const uint8_t*, uint16_t*, int, int, uint16_t*);
+template void WidenRow161Scalar(const int16_t*, int32_t*, int, int, int32_t*);
+
+template <class T, class Wide>
+void WidenRow31Scalar(const T* pRow, Wide* pWide, int w, int nDim, Wide*)
+{
+    for (int i = 0; i < w * nDim; ++i) {
+        pWide[WidePlace(i, 0, nDim)] = static_cast<Wide>(Neighbour(pRow, i, -1, w, nDim) + 3 * pRow[i]);
+        pWide[WidePlace(i, 1, nDim)] = static_cast<Wide>(3 * pRow[i] + Neighbour(pRow, i, 1, w, nDim));
+    }
+}
+template void WidenRow31Scalar(const uint8_t*, uint16_t*, int, int, uint16_t*);
+template void WidenRow31Scalar(const int16_t*, int16_t*, int, int, int16_t*);
+template void WidenRow31Scalar(const int16_t*, int32_t*, int, int, int32_t*);
+
+template <class Wide>
+void SumRows161Scalar(const Wide* pA, const Wide* pB, const Wide* pC, Wide* pSums, int nCount)
+{
+    for (int i = 0; i < nCount; ++i) {
+        pSums[i] = static_cast<Wide>((int64_t{pA[i]} + int64_t{6} * pB[i] + pC[i]) / 4);
+    }
+}
+template void SumRows161Scalar(const uint16_t*, const uint16_t*, const uint16_t*, uint16_t*, int);
+template void SumRows161Scalar(const int32_t*, const int32_t*, const int32_t*, int32_t*, int);
+
+template <class Wide>
+void SumRows11Scalar(const Wide* pB, const Wide* pC, Wide* pSums, int nCount)
+{
+    for (int i = 0; i < nCount; ++i) pSums[i] = static_cast<Wide>(pB[i] + pC[i]);
+}
+template void SumRows11Scalar(const uint16_t*, const uint16_t*, uint16_t*, int);
+template void SumRows11Scalar(const int32_t*, const int32_t*, int32_t*, int);
+
+void SumRows31Scalar(const int32_t* pNear, const int32_t* pFar, int32_t* pSums, int nCount)
+{
+    for (int i = 0; i < nCount; ++i) pSums[i] = 3 * pNear[i] + pFar[i];
+}
+
+template <class Wide, class T>
+void BlendRows31Scalar(const Wide* pNear, const Wide* pFar, T* pDst, int nCount)
+{
+    for (int i = 0; i < nCount; ++i) {
+        const Wide nSum = static_cast<Wide>(3 * pNear[i] + pFar[i]);  // the signed one wraps
+        pDst[i] = static_cast<T>(nSum / 16);
+    }
+}
+template void BlendRows31Scalar(const uint16_t*, const uint16_t*, uint8_t*, int);
+template void BlendRows31Scalar(const int16_t*, const int16_t*, int16_t*, int);
+
+void QuarterRowScalar(const int16_t* pRow, int16_t* pDst, int nCount)
+{
+    for (int i = 0; i < nCount; ++i) pDst[i] = static_cast<int16_t>(pRow[i] / 4);
 }
 
 }  // namespace vkr

@@ -196,6 +196,15 @@ void FloorRow(const int32_t* pSums, int16_t* pDst, int nCount, int nShift, int n
     HWY_DYNAMIC_DISPATCH(FloorS16)(pSums, pDst, nCount, nShift, nRound);
 }
 
+void FloorRowScalar(const int32_t* pSums, int16_t* pDst, int nCount, int nShift, int nRound)
+{
+    const int32_t nDivisor = 1 << nShift;
+    for (int i = 0; i < nCount; ++i) {
+        const int32_t nSum = pSums[i] + nRound, nRest = nSum % nDivisor;
+        pDst[i] = static_cast<int16_t>(nSum / nDivisor - (nRest < 0 ? 1 : 0));
+    }
+}
+
 void FloorCarryRow(const int32_t* pSums, int16_t* pDst, int nCount, int nDim, int nShift, int32_t* pCarry)
 {
     CarrySigned<TowardFloor>(pSums, pDst, nCount, nDim, nShift, pCarry);

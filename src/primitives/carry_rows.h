@@ -25,14 +25,20 @@ using Remainder = std::conditional_t<sizeof(T) == 1, uint8_t, int32_t>;
 
 void DropRow(const uint16_t* pSums, uint8_t* pDst, int nCount, int nShift, int nRound);
 void DropRow(const int32_t* pSums, int16_t* pDst, int nCount, int nShift, int nRound);
+template <class Sum, class T>
+void DropRowScalar(const Sum* pSums, T* pDst, int nCount, int nShift, int nRound)
+{
+    for (int i = 0; i < nCount; ++i) pDst[i] = static_cast<T>((pSums[i] + nRound) / (1 << nShift));
+}
 
-// The 8-bit carry has a vector form; CarryRowScalar is its definition and gives the same bytes.
+// The 8-bit carry has a vector form; the plain forms are the definitions and give the same bytes.
 void CarryRow(const uint16_t* pSums, uint8_t* pDst, int nCount, int nDim, int nShift, uint8_t* pCarry);
 void CarryRow(const int32_t* pSums, int16_t* pDst, int nCount, int nDim, int nShift, int32_t* pCarry);
 void CarryRowScalar(const uint16_t* pSums, uint8_t* pDst, int nCount, int nDim, int nShift, uint8_t* pCarry);
 
 // Signed sums rounded down, as a plain shift does: the pyramids truncate, the smoothing floors.
 void FloorRow(const int32_t* pSums, int16_t* pDst, int nCount, int nShift, int nRound);
+void FloorRowScalar(const int32_t* pSums, int16_t* pDst, int nCount, int nShift, int nRound);
 void FloorCarryRow(const int32_t* pSums, int16_t* pDst, int nCount, int nDim, int nShift, int32_t* pCarry);
 
 // Either of the truncating two, without rounding where the remainder is dropped.

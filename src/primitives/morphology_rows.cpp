@@ -6,6 +6,8 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
+
 // The loops are plain ones, which the compiler vectorises for each instruction set. Where a destination may be the
 // source, the loop is told that samples depend on none but their own place.
 HWY_BEFORE_NAMESPACE();
@@ -130,6 +132,39 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace vkr {
+
+namespace {
+
+uint8_t Combined(WindowOp op, uint8_t a, uint8_t b)
+{
+    if (op == WindowOp::kMin) return std::min(a, b);
+    if (op == WindowOp::kMax) return std::max(a, b);
+    return static_cast<uint8_t>(op == WindowOp::kAnd ? a & b : a | b);
+}
+
+// The samples of the window around column x that lie in the row.
+uint8_t Window(WindowOp op, const WindowRows& rows, int x, int w, bool bCorners)
+{
+    uint8_t n = Combined(op, rows.pHere[x], Combined(op, rows.pAbove[x], rows.pBelow[x]));
+    for (const int i : {x - 1, x + 1}) {
+        if (i < 0 || i >= w) continue;
+        n = Combined(op, n, rows.pHere[i]);
+        if (bCorners) n = Combined(op, n, Combined(op, rows.pAbove[i], rows.pBelow[i]));
+    }
+    return n;
+}
+
+}  // namespace
+
+void SquareRowScalar(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w, uint8_t*)
+{
+    for (int x = 0; x < w; ++x) pDst[x] = Window(op, rows, x, w, true);
+}
+
+void CrossRowScalar(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w)
+{
+    for (int x = 0; x < w; ++x) pDst[x] = Window(op, rows, x, w, false);
+}
 
 HWY_EXPORT(SquareOf);
 HWY_EXPORT(CrossOf);

@@ -24,9 +24,11 @@ struct WindowRows {
 
 // The sample and its eight neighbours. pDst overlaps no row; pScratch holds w + 2 samples, this thread's own.
 void SquareRow(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w, uint8_t* pScratch);
+void SquareRowScalar(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w, uint8_t*);
 
 // The sample and its four direct neighbours. pDst overlaps no row.
 void CrossRow(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w);
+void CrossRowScalar(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w);
 
 // 255 where nLow <= sample <= nHigh (nLow <= nHigh), else 0. pDst may be pSrc, no other overlap.
 void InRangeRow(const uint8_t* pSrc, uint8_t* pDst, size_t nCount, uint8_t nLow, uint8_t nHigh);

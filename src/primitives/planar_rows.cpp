@@ -72,6 +72,11 @@ void SplitPixelRow(const uint8_t* pSrc, uint8_t* const* vPlanes, int nCount, int
         HWY_DYNAMIC_DISPATCH(SplitThreeRow)(pSrc, vPlanes, nCount);
         return;
     }
+    SplitPixelRowScalar(pSrc, vPlanes, nCount, nDim);
+}
+
+void SplitPixelRowScalar(const uint8_t* pSrc, uint8_t* const* vPlanes, int nCount, int nDim)
+{
     for (int c = 0; c < nDim; ++c) {
         uint8_t* pPlane = vPlanes[c];
         for (int x = 0; x < nCount; ++x) pPlane[x] = pSrc[static_cast<size_t>(x) * nDim + c];

@@ -6,6 +6,8 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
+
 #include "primitives/pixel_pairs-inl.h"
 
 // The loops are plain ones over flat rows of samples, which the compiler vectorises for each instruction set: a
@@ -172,6 +174,66 @@ namespace vkr {
 size_t TapScratch(int w, int nDim)
 {
     return static_cast<size_t>(2) * w * nDim + static_cast<size_t>(8) * nDim + 3 * HWY_NAMESPACE::kPixelSlack;
+}
+
+namespace {
+
+constexpr int kTaps5[] = {1, 4, 6, 4, 1}, kTaps6[] = {1, 5, 10, 10, 5, 1};
+
+// Weighted sum of channel c over the columns x .. x + nTaps - 1. Left of the row stands its first pixel; right of it
+// the last one, or the last two once more.
+template <class T>
+int32_t WindowSum(const T* const* vRows, const int* pTaps, int nTaps, int x, int c, int w, int nDim, FarEdge edge)
+{
+    int32_t nSum = 0;
+    for (int k = 0; k < nTaps; ++k) {
+        int nColumn = std::max(x + k, 0);
+        if (nColumn >= w) nColumn = edge == FarEdge::kRepeatPair && nColumn == w ? w - 2 : w - 1;
+        for (int j = 0; j < nTaps; ++j) nSum += pTaps[k] * pTaps[j] * vRows[j][nColumn * nDim + c];
+    }
+    return nSum;
+}
+
+}  // namespace
+
+template <class T>
+void SmoothRow5Scalar(const T* const* vRows, TapSum<T>* pSums, int w, int nDim, TapSum<T>*)
+{
+    for (int i = 0; i < w * nDim; ++i) {
+        const int32_t nSum = WindowSum(vRows, kTaps5, 5, i / nDim - 2, i % nDim, w, nDim, FarEdge::kRepeatPixel);
+        pSums[i] = static_cast<TapSum<T>>(nSum);
+    }
+}
+template void SmoothRow5Scalar(const uint8_t* const*, uint16_t*, int, int, uint16_t*);
+template void SmoothRow5Scalar(const int16_t* const*, int32_t*, int, int, int32_t*);
+
+template <class T>
+void HalveRow5Scalar(const T* const* vRows, TapSum<T>* pSums, int w, int nDim, TapSum<T>*)
+{
+    for (int i = 0; i < w / 2 * nDim; ++i) {
+        const int x = 2 * (i / nDim) - 2;
+        pSums[i] = static_cast<TapSum<T>>(WindowSum(vRows, kTaps5, 5, x, i % nDim, w, nDim, FarEdge::kRepeatPixel));
+    }
+}
+template void HalveRow5Scalar(const uint8_t* const*, uint16_t*, int, int, uint16_t*);
+template void HalveRow5Scalar(const int16_t* const*, int32_t*, int, int, int32_t*);
+
+template <class T>
+void HalveRow6Scalar(const T* const* vRows, T* pDst, int w, int nDim, TapSum<T>*)
+{
+    for (int i = 0; i < w / 2 * nDim; ++i) {
+        const int x = 2 * (i / nDim) - 2;
+        pDst[i] = static_cast<T>(WindowSum(vRows, kTaps6, 6, x, i % nDim, w, nDim, FarEdge::kRepeatPair) >> 10);
+    }
+}
+template void HalveRow6Scalar(const uint8_t* const*, uint8_t*, int, int, uint16_t*);
+template void HalveRow6Scalar(const int16_t* const*, int16_t*, int, int, int32_t*);
+
+void HalveRow6SumsScalar(const int16_t* const* vRows, int32_t* pSums, int w, int nDim, FarEdge edge, int32_t*)
+{
+    for (int i = 0; i < w / 2 * nDim; ++i) {
+        pSums[i] = WindowSum(vRows, kTaps6, 6, 2 * (i / nDim) - 2, i % nDim, w, nDim, edge);
+    }
 }
 
 HWY_EXPORT(Smooth5U8);

@@ -17,7 +17,7 @@ namespace vkr {
 //   pScratch   TapScratch(w, nDim) samples of the sum type, this thread's own
 //   threads    any number, on different destinations and scratch
 //
-// Source and destination must not overlap.
+// Source and destination must not overlap. The plain forms are the definitions, sample by sample, and need no scratch.
 
 // 8-bit samples are summed in 16 bits (255 * 256 = 65280 fits), 16-bit ones in 32.
 template <class T>
@@ -28,10 +28,14 @@ size_t TapScratch(int w, int nDim);
 // 5 taps at every pixel, the nearest pixel repeated outside: w * nDim sums.
 void SmoothRow5(const uint8_t* const* vRows, uint16_t* pSums, int w, int nDim, uint16_t* pScratch);
 void SmoothRow5(const int16_t* const* vRows, int32_t* pSums, int w, int nDim, int32_t* pScratch);
+template <class T>
+void SmoothRow5Scalar(const T* const* vRows, TapSum<T>* pSums, int w, int nDim, TapSum<T>*);
 
 // 5 taps centred on every even pixel, the nearest pixel repeated outside: w / 2 * nDim sums.
 void HalveRow5(const uint8_t* const* vRows, uint16_t* pSums, int w, int nDim, uint16_t* pScratch);
 void HalveRow5(const int16_t* const* vRows, int32_t* pSums, int w, int nDim, int32_t* pScratch);
+template <class T>
+void HalveRow5Scalar(const T* const* vRows, TapSum<T>* pSums, int w, int nDim, TapSum<T>*);
 
 // What the two pixels behind the last one are. Before the first it is always the first one.
 enum class FarEdge {
@@ -43,8 +47,11 @@ enum class FarEdge {
 // with FarEdge::kRepeatPair.
 void HalveRow6(const uint8_t* const* vRows, uint8_t* pDst, int w, int nDim, uint16_t* pScratch);
 void HalveRow6(const int16_t* const* vRows, int16_t* pDst, int w, int nDim, int32_t* pScratch);
+template <class T>
+void HalveRow6Scalar(const T* const* vRows, T* pDst, int w, int nDim, TapSum<T>*);
 
 // The same up to the sums.
 void HalveRow6Sums(const int16_t* const* vRows, int32_t* pSums, int w, int nDim, FarEdge edge, int32_t* pScratch);
+void HalveRow6SumsScalar(const int16_t* const* vRows, int32_t* pSums, int w, int nDim, FarEdge edge, int32_t*);
 
 }  // namespace vkr

@@ -91,5 +91,20 @@ void FaceToneRow(const int16_t* pFused, uint8_t* pOut, int nWidth, const FaceRow
     }
 }
 
+void FaceToneRowScalar(const int16_t* pFused, uint8_t* pOut, int nWidth, const FaceRowLut& lut, bool bHighInside)
+{
+    for (int i = 0; i < 3 * nWidth; ++i) {
+        const int nBase = pFused[i / 3 * 6 + i % 3], nHigh = pFused[i / 3 * 6 + 3 + i % 3];
+        const int nLevel = nBase - lut.nLow;
+        if (nLevel < 0 || nBase > lut.nHigh) {
+            pOut[i] = nBase > lut.nHigh && nLevel >= 0 ? 255 : 0;
+        } else if (bHighInside) {
+            pOut[i] = lut.vValue[1 + Clamp(nLevel + nHigh, 0, lut.nSpan)];
+        } else {
+            pOut[i] = ClampU8(lut.vValue[1 + nLevel] + nHigh);
+        }
+    }
+}
+
 }  // namespace vkr
 #endif

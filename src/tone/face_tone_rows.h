@@ -20,7 +20,8 @@ FaceRowLut MakeFaceRowLut(const ToneLut& toneLut, const StretchLevels& levels);
 // One row of fused pixels, six samples each, through the curve into three bytes each. A base outside the levels gives
 // 0 or 255 whatever its high frequency. Otherwise bHighInside takes base and high frequency, clamped to the levels,
 // through the curve; else the high frequency is added behind it, clamped to 0 .. 255. pOut must not overlap pFused; any
-// samples, any width. Every instruction set gives the same bytes.
+// samples, any width. The plain form is the definition; every instruction set gives its bytes.
 void FaceToneRow(const int16_t* pFused, uint8_t* pOut, int nWidth, const FaceRowLut& lut, bool bHighInside);
+void FaceToneRowScalar(const int16_t* pFused, uint8_t* pOut, int nWidth, const FaceRowLut& lut, bool bHighInside);
 
 }  // namespace vkr

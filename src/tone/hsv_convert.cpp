@@ -189,6 +189,28 @@ WideHsv WideToHsv(int32_t b, int32_t g, int32_t r)
     return {static_cast<uint8_t>(nHue), static_cast<uint8_t>(nSaturation), nValue};
 }
 
+void BgrToHsvRowScalar(const uint8_t* pBgr, uint8_t* pHsv, int nPixels)
+{
+    for (int i = 0; i < 3 * nPixels; i += 3) {
+        const WideHsv hsv = WideToHsv(pBgr[i], pBgr[i + 1], pBgr[i + 2]);
+        pHsv[i] = hsv.nHue;
+        pHsv[i + 1] = hsv.nSaturation;
+        pHsv[i + 2] = static_cast<uint8_t>(hsv.nValue);
+    }
+}
+
+void HsvToBgrRowScalar(const uint8_t* pHsv, uint8_t* pBgr, int nPixels)
+{
+    for (int i = 0; i < 3 * nPixels; i += 3) {
+        const int h = pHsv[i], s = pHsv[i + 1], v = pHsv[i + 2];
+        const int nRem = 6 * (h % 43);
+        const int p = v * (255 - s) / 256, q = v * (255 - s * nRem / 256) / 256;
+        const int t = v * (255 - s * (255 - nRem) / 256) / 256;
+        const int vRegions[6][3] = {{p, t, v}, {p, v, q}, {t, v, p}, {v, q, p}, {v, p, t}, {q, p, v}};  // B, G, R
+        for (int c = 0; c < 3; ++c) pBgr[i + c] = static_cast<uint8_t>(s == 0 ? v : vRegions[h / 43][c]);
+    }
+}
+
 bool RGB2HSV(const CImage& rgb, CImage& hsv)
 {
     Tic();

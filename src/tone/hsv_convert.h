@@ -14,10 +14,12 @@ namespace vkr {
 // and back, with region = H / 43, rem = 6 (H % 43): p, q, t are V weighed by 255 less S, less S rem / 256, less S (255
 // - rem) / 256, shifted by 8; S of 0 gives grey at V. The way back is no exact inverse.
 
-// Rows of nPixels pixels, three bytes each; pHsv may be pBgr. Every instruction set gives the same bytes; nothing
-// behind the row is touched.
+// Rows of nPixels pixels, three bytes each; pHsv may be pBgr. The plain forms are the definitions; every instruction
+// set gives their bytes. Nothing behind the row is touched.
 void BgrToHsvRow(const uint8_t* pBgr, uint8_t* pHsv, int nPixels);
+void BgrToHsvRowScalar(const uint8_t* pBgr, uint8_t* pHsv, int nPixels);
 void HsvToBgrRow(const uint8_t* pHsv, uint8_t* pBgr, int nPixels);
+void HsvToBgrRowScalar(const uint8_t* pHsv, uint8_t* pBgr, int nPixels);
 
 // A colour whose value does not fit a byte.
 struct WideHsv {

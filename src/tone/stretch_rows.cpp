@@ -112,6 +112,15 @@ void StretchProducts(const int16_t* pFused, int32_t* pProducts, int nWidth, cons
     HWY_DYNAMIC_DISPATCH(PatternProducts)(pFused, pProducts, 6 * nWidth, MakePattern(gain));
 }
 
+void StretchProductsScalar(const int16_t* pFused, int32_t* pProducts, int nWidth, const StretchGain& gain)
+{
+    for (int i = 0; i < 6 * nWidth; ++i) {
+        const int64_t nBase = int64_t{gain.nScale} * (pFused[i] - gain.nLow);
+        pProducts[i] = i % 6 < 3 ? static_cast<int32_t>(std::min<int64_t>(std::max<int64_t>(nBase, -65537), 65537))
+                                 : gain.nHighGain * pFused[i];
+    }
+}
+
 void StretchCarryRowScalar(const int32_t* pProducts, uint8_t* pOut, int nWidth, const GammaLut& gammaLut,
                            StretchCarry& carry)
 {

@@ -20,8 +20,10 @@ struct StretchCarry {
 
 // Products of one row of fused pixels, six samples each, six products each in the same order: base * nScale with the
 // black level off, high * nHighGain. A product of the base that lies beyond -65536 .. 65536 may come as any other value
-// beyond the same end: the clip to 0 .. 65280 that follows takes both to the same.
+// beyond the same end: the clip to 0 .. 65280 that follows takes both to the same. The plain form gives -65537 and
+// 65537 there.
 void StretchProducts(const int16_t* pFused, int32_t* pProducts, int nWidth, const StretchGain& gain);
+void StretchProductsScalar(const int16_t* pFused, int32_t* pProducts, int nWidth, const StretchGain& gain);
 
 // The serial part: per component t = clip(carry + base product, 0 .. 65280), u = t + high product; the output is u /
 // 256 clipped to 0 .. 255 and taken through gammaLut, the carry the signed remainder of u, both toward zero. It runs on

@@ -86,6 +86,12 @@ void NormalizeWeightRun(const uint8_t* const* vRaw, uint8_t* pWeights, int nCoun
         NormalizeThreeRun(vRaw, pWeights, nCount, params.nDominateWTh, params.bMax2ExpWeightEnable != 0);
         return;
     }
+    NormalizeWeightRunScalar(vRaw, pWeights, nCount, nExposureNum, params);
+}
+
+void NormalizeWeightRunScalar(const uint8_t* const* vRaw, uint8_t* pWeights, int nCount, int nExposureNum,
+                              const WeightParams& params)
+{
     for (int x = 0; x < nCount; ++x) {
         int32_t vPixel[kMaxExposures];
         for (int k = 0; k < nExposureNum; ++k) vPixel[k] = vRaw[k][x];

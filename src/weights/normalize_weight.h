@@ -15,5 +15,7 @@ void NormalizeWeight(const int32_t* pRaw, uint8_t* pWeight, int nExposureNum, co
 // pWeights receives nExposureNum bytes per pixel and overlaps none of them. Same bytes as NormalizeWeight.
 void NormalizeWeightRun(const uint8_t* const* vRaw, uint8_t* pWeights, int nCount, int nExposureNum,
                         const WeightParams& params);
+void NormalizeWeightRunScalar(const uint8_t* const* vRaw, uint8_t* pWeights, int nCount, int nExposureNum,
+                              const WeightParams& params);
 
 }  // namespace vkr

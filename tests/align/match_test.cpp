@@ -7,11 +7,9 @@
 #include <vector>
 
 #include "align/init_match.h"
-#include "align/patch_ssd.h"
 #include "align/refine_match.h"
 #include "support/for_threads.h"
 #include "support/random_image.h"
-#include "support/simd_targets.h"
 
 namespace vkr {
 namespace {
@@ -303,56 +301,6 @@ TEST(RefineMatchPair, EqualsTheSlowFormAndFindsAShift)
     EXPECT_GT(nDropped, 500);
     EXPECT_GT(nExact, 300);
 }
-
-class PatchSearchTest : public SimdTargetTest {};
-TEST_P(PatchSearchTest, EqualsTheScalarForm)
-{
-    std::mt19937 rng(46);
-    for (int nRun = 0; nRun < 2000; ++nRun) {
-        const int nStride = 9 + static_cast<int>(rng() % 150), nRows = 9 + static_cast<int>(rng() % 5),
-                  nMax = 1 << rng() % 9;
-        std::vector<uint8_t> vMemory = RandomRow<uint8_t>(rng, nStride * nRows + kPatchReadAhead, 0, nMax - 1);
-        PatchGrid grid{vMemory.data(), static_cast<size_t>(nStride), nStride - 8, nRows - 8, -1, 0};
-        if (rng() % 2)
-            grid.nLikelyColumn = static_cast<int>(rng() % nStride), grid.nLikelyRow = static_cast<int>(rng() % 5);
-        Patch patch{};
-        const size_t nFrom = rng() % (nStride - 8) + (rng() % (nRows - 8)) * nStride;
-        for (int i = 0; i < 81; ++i) {
-            const int nNoise = rng() % 4 == 0 ? static_cast<int>(rng() % 3) : 0;
-            patch.vSamples[i / 9 * kPatchStride + i % 9] =
-                static_cast<uint8_t>(std::min(255, vMemory[nFrom + i / 9 * nStride + i % 9] + nNoise));
-        }
-        const int32_t vStarts[] = {0, 1, 40, 7000, 8000, kNoSSD};
-        PatchBest want{vStarts[rng() % 6], -1, -1}, got = want;
-        EXPECT_EQ(SearchGrid(patch, grid, got), SearchGridScalar(patch, grid, want));
-        ASSERT_TRUE(got.nSSD == want.nSSD && got.nColumn == want.nColumn && got.nRow == want.nRow) << nRun;
-
-        std::vector<Patch> vPatches(rng() % 9, patch);
-        for (Patch& candidate : vPatches) candidate.vSamples[rng() % 9 * kPatchStride + rng() % 9] ^= rng() % 4;
-        int32_t nWant = vStarts[rng() % 6], nGot = nWant;
-        const int nCount = static_cast<int>(vPatches.size());
-        EXPECT_EQ(SearchPatches(patch, vPatches.data(), nCount, nGot),
-                  SearchPatchesScalar(patch, vPatches.data(), nCount, nWant));
-        EXPECT_EQ(nGot, nWant);
-    }
-}
-
-// nBad samples of the middle row differ by nDiff: what is closest to being sifted out before its time.
-TEST_P(PatchSearchTest, FindsWhatIsJustGoodEnough)
-{
-    std::vector<uint8_t> vMemory(9 * 40 + kPatchReadAhead, 200);
-    for (int nDiff = 1; nDiff < 30; ++nDiff) {
-        for (int nBad = 1; nBad <= 9; ++nBad) {
-            Patch patch{};
-            for (int i = 0; i < 81; ++i) patch.vSamples[i / 9 * kPatchStride + i % 9] = 200;
-            for (int i = 0; i < nBad; ++i) patch.vSamples[4 * kPatchStride + i] = static_cast<uint8_t>(200 - nDiff);
-            PatchBest best{nBad * nDiff * nDiff + 1, -1, -1};
-            EXPECT_TRUE(SearchGrid(patch, {vMemory.data(), 40, 32, 1, -1, -1}, best)) << nDiff << " " << nBad;
-            EXPECT_FALSE(SearchGrid(patch, {vMemory.data(), 40, 32, 1, 3, 0}, best));
-        }
-    }
-}
-INSTANTIATE_ON_ALL_TARGETS(PatchSearchTest);
 
 }  // namespace
 }  // namespace vkr

@@ -7,7 +7,6 @@
 #include "foundation/colour_rows.h"
 #include "support/for_threads.h"
 #include "support/random_image.h"
-#include "support/simd_targets.h"
 
 namespace vkr {
 namespace {
@@ -37,35 +36,10 @@ Bytes Back(const Bytes& vSamples, int nMode)
     return Samples(image);
 }
 
-// The formulas once more, one pixel after the other.
-Bytes SlowForward(const Bytes& vSrc)
+Bytes PlainForward(Bytes vSamples)
 {
-    Bytes vDst(vSrc.size());
-    for (size_t i = 0; i < vSrc.size(); i += 3) {
-        const int b = vSrc[i], g = vSrc[i + 1], r = vSrc[i + 2];
-        vDst[i] = static_cast<uint8_t>((29 * b + 150 * g + 77 * r + 128) >> 8);
-        vDst[i + 1] = static_cast<uint8_t>((128 * b - 85 * g - 43 * r) / 256 + 128);
-        vDst[i + 2] = static_cast<uint8_t>((128 * r - 107 * g - 21 * b) / 256 + 128);
-    }
-    return vDst;
-}
-
-Bytes SlowBack(const Bytes& vSrc, ColourCarry* pCarry = nullptr)
-{
-    Bytes vDst(vSrc.size());
-    int vCarry[3] = {};
-    for (int c = 0; c < 3 && pCarry != nullptr; ++c) vCarry[c] = pCarry->vDropped[c];
-    for (size_t i = 0; i < vSrc.size(); i += 3) {
-        const int y = vSrc[i] * 256, cb = vSrc[i + 1] - 128, cr = vSrc[i + 2] - 128;
-        const int vSum[3] = {y + 454 * cb, y - 183 * cr - 88 * cb, 359 * cr + y};
-        for (size_t c = 0; c < 3; ++c) {
-            const int nTotal = std::max(vSum[c], 0) + vCarry[c];
-            vDst[i + c] = static_cast<uint8_t>(std::min(nTotal >> 8, 255));
-            vCarry[c] = nTotal & 255;
-        }
-    }
-    for (int c = 0; c < 3 && pCarry != nullptr; ++c) pCarry->vDropped[c] = static_cast<uint8_t>(vCarry[c]);
-    return vDst;
+    BgrToYCbCrRowScalar(vSamples.data(), static_cast<int>(vSamples.size() / 3), false);
+    return vSamples;
 }
 
 TEST(BGRToYCbCr, KnownColours)
@@ -99,7 +73,7 @@ TEST(BGRToYCbCr, ThreadsMakeNoDifference)
         TestImage image;
         ASSERT_TRUE(image.CopyFrom(source));
         BGRToYCbCr(image, 0);
-        EXPECT_EQ(Samples(image), SlowForward(Samples(source))) << nThreads;
+        EXPECT_EQ(Samples(image), PlainForward(Samples(source))) << nThreads;
     });
 }
 
@@ -132,7 +106,9 @@ TEST(YCbCrToBGR, TheCarryRunsOnAcrossRows)
     for (const int w : {1, 5, 512, 513, 1100}) {
         TestImage image;
         FillRandom(rng, image, w, 7, 3, 0, 255);
-        const Bytes vWant = SlowBack(Samples(image));
+        Bytes vWant = Samples(image);
+        ColourCarry carry{};
+        YCbCrToBgrRowScalar(vWant.data(), 7 * w, false, carry);
         YCbCrToBGR(image, 0);
         EXPECT_EQ(Samples(image), vWant) << w;
     }
@@ -149,57 +125,6 @@ TEST(Colour, OtherPicturesStayUntouched)
     YCbCrToBGR(empty, 0);
     EXPECT_EQ(empty.pData, nullptr);
 }
-
-class ColourRowsTest : public SimdTargetTest {};
-
-// Order of channels 1 and 2 reversed.
-Bytes Reversed(Bytes vSamples)
-{
-    for (size_t i = 0; i < vSamples.size(); i += 3) std::swap(vSamples[i + 1], vSamples[i + 2]);
-    return vSamples;
-}
-
-TEST_P(ColourRowsTest, EqualTheSlowFormsAtEverySize)
-{
-    std::mt19937 rng(7);
-    for (int n : {0, 1, 2, 3, 7, 8, 15, 16, 17, 31, 33, 64, 100, 511, 512, 513, 528, 1025}) {
-        SCOPED_TRACE(n);
-        const Bytes vSource = RandomRow<uint8_t>(rng, 3 * static_cast<size_t>(n), 0, 255);
-        Guarded<uint8_t> row(vSource.size());
-        std::copy(vSource.begin(), vSource.end(), row.Data());
-        BgrToYCbCrRow(row.Data(), n, true);
-        EXPECT_EQ(Reversed(row.Values()), SlowForward(vSource));
-
-        ColourCarry carry = {{255, 1, 128}}, wantCarry = carry;
-        std::copy(vSource.begin(), vSource.end(), row.Data());
-        YCbCrToBgrRow(row.Data(), n, true, carry);
-        EXPECT_EQ(row.Values(), SlowBack(Reversed(vSource), &wantCarry));
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(carry.vDropped[c], wantCarry.vDropped[c]);
-        EXPECT_TRUE(row.Intact());
-    }
-}
-
-// Every pair of channels over all its values, the third at its ends and its middle.
-TEST_P(ColourRowsTest, EqualTheSlowFormsForAllColours)
-{
-    for (int nFixed = 0; nFixed < 9; ++nFixed) {
-        Bytes vSource;
-        for (int i = 0; i < 65536; ++i) {
-            uint8_t vPixel[3] = {static_cast<uint8_t>(i), static_cast<uint8_t>(i >> 8),
-                                 static_cast<uint8_t>(nFixed % 3 * 255 / 2)};
-            std::swap(vPixel[2], vPixel[nFixed / 3]);
-            vSource.insert(vSource.end(), vPixel, vPixel + 3);
-        }
-        Bytes vRow = vSource;
-        BgrToYCbCrRow(vRow.data(), 65536, false);
-        ASSERT_EQ(vRow, SlowForward(vSource)) << nFixed;
-        vRow = vSource;
-        ColourCarry carry = {};
-        YCbCrToBgrRow(vRow.data(), 65536, false, carry);
-        ASSERT_EQ(vRow, SlowBack(vSource)) << nFixed;
-    }
-}
-INSTANTIATE_ON_ALL_TARGETS(ColourRowsTest);
 
 }  // namespace
 }  // namespace vkr

@@ -10,7 +10,6 @@
 #include "support/for_threads.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
-#include "support/simd_targets.h"
 
 namespace vkr {
 namespace {
@@ -35,7 +34,7 @@ void FillShades(std::mt19937& rng, CImage& image, int w, int h)
     }
 }
 
-class LocalAutoCurveTest : public SimdTargetTest {
+class LocalAutoCurve : public testing::Test {
 protected:
     void ExpectSlow(CLocalAutoCurveFilter& filter, SlowLocalCurve& slow, int w, int h)
     {
@@ -57,7 +56,7 @@ protected:
     std::mt19937 m_rng{75};
 };
 
-TEST_P(LocalAutoCurveTest, EqualsTheSlowWritingAtEveryWidth)
+TEST_F(LocalAutoCurve, EqualsTheSlowWritingAtEveryWidth)
 {
     for (int w = 1; w <= 40; ++w) {
         QuietFilter filter;
@@ -71,7 +70,7 @@ TEST_P(LocalAutoCurveTest, EqualsTheSlowWritingAtEveryWidth)
     }
 }
 
-TEST_P(LocalAutoCurveTest, EqualsTheSlowWritingOnEveryGrid)
+TEST_F(LocalAutoCurve, EqualsTheSlowWritingOnEveryGrid)
 {
     for (int n = 1; n <= 16; ++n) {
         QuietFilter filter;
@@ -87,7 +86,7 @@ TEST_P(LocalAutoCurveTest, EqualsTheSlowWritingOnEveryGrid)
     }
 }
 
-TEST_P(LocalAutoCurveTest, EqualsTheSlowWritingInEveryMapping)
+TEST_F(LocalAutoCurve, EqualsTheSlowWritingInEveryMapping)
 {
     for (int nWYUV = 0; nWYUV <= 16; ++nWYUV) {
         for (const int nBoost : {0, -256, -100, 1, 256}) {
@@ -99,13 +98,6 @@ TEST_P(LocalAutoCurveTest, EqualsTheSlowWritingInEveryMapping)
         }
     }
 }
-
-INSTANTIATE_ON_ALL_TARGETS(LocalAutoCurveTest);
-
-class LocalAutoCurve : public LocalAutoCurveTest {  // what one instruction set is enough for
-    void SetUp() override {}
-    void TearDown() override {}
-};
 
 TEST_F(LocalAutoCurve, MixesHugeBlocksIn64Bits)
 {

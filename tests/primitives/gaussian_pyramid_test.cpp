@@ -9,7 +9,6 @@
 #include "support/for_threads.h"
 #include "support/random_image.h"
 #include "support/reference_pyramid.h"
-#include "support/simd_targets.h"
 
 namespace vkr {
 
@@ -27,24 +26,6 @@ constexpr Size kSizes[] = {{1, 1}, {1, 2}, {2, 1}, {2, 2},  {2, 4},   {4, 2},  {
                            {5, 7}, {3, 2}, {1, 9}, {12, 1}, {34, 18}, {67, 5}, {130, 66}};
 constexpr int kDims[] = {1, 2, 3, 8, 9};
 
-// Calls fn(w, h, nDim, vSrc) with random pictures over the whole range of T, for every size, with 1, 2 and 5 threads.
-template <class T, class Fn>
-void ForPictures(const Fn& fn)
-{
-    std::mt19937 rng(7);
-    for (const Size& size : kSizes) {
-        for (const int nDim : kDims) {
-            const auto vSrc = RandomRow<T>(rng, static_cast<size_t>(size.w) * size.h * nDim,
-                                           std::numeric_limits<T>::min(), std::numeric_limits<T>::max());
-            ForThreads([&](int nThreads) {
-                SCOPED_TRACE(testing::Message()
-                             << size.w << " x " << size.h << " x " << nDim << ", " << nThreads << " threads");
-                fn(size.w, size.h, nDim, vSrc);
-            });
-        }
-    }
-}
-
 // The nCount samples that op(pDst) writes; it must write nothing else.
 template <class T, class Op>
 Pixels<T> Written(size_t nCount, const Op& op)
@@ -53,137 +34,6 @@ Pixels<T> Written(size_t nCount, const Op& op)
     EXPECT_TRUE(op(dst.Data()));
     EXPECT_TRUE(dst.Intact());
     return dst.Values();
-}
-
-size_t HalfSamples(int w, int h, int nDim)
-{
-    return static_cast<size_t>(w / 2) * (h / 2) * nDim;
-}
-size_t DoubleSamples(int w, int h, int nDim)
-{
-    return static_cast<size_t>(4) * w * h * nDim;
-}
-
-class GaussianPyramid : public SimdTargetTest {};
-INSTANTIATE_ON_ALL_TARGETS(GaussianPyramid);
-
-TEST_P(GaussianPyramid, FilteredHalvingFollowsTheFormula)
-{
-    for (const bool bDither : {false, true}) {
-        ForPictures<uint8_t>([&](int w, int h, int nDim, const Pixels<uint8_t>& vSrc) {
-            const auto Op = [&](uint8_t* p) { return Pyramid::DownScaleImage(vSrc.data(), p, w, h, nDim, bDither); };
-            EXPECT_EQ(ReferenceHalve5(vSrc, w, h, nDim, bDither ? Rest::kCarry : Rest::kFloor),
-                      Written<uint8_t>(HalfSamples(w, h, nDim), Op));
-        });
-        ForPictures<int16_t>([&](int w, int h, int nDim, const Pixels<int16_t>& vSrc) {
-            const auto Op = [&](int16_t* p) { return Pyramid::DownScaleShort(vSrc.data(), p, w, h, nDim, bDither); };
-            EXPECT_EQ(ReferenceHalve5(vSrc, w, h, nDim, bDither ? Rest::kCarry : Rest::kTruncate),
-                      Written<int16_t>(HalfSamples(w, h, nDim), Op));
-        });
-    }
-}
-
-TEST_P(GaussianPyramid, FastHalvingFollowsTheFormula)
-{
-    ForPictures<uint8_t>([](int w, int h, int nDim, const Pixels<uint8_t>& vSrc) {
-        const auto Op = [&](uint8_t* p) { return Pyramid::DownScaleImageFast(vSrc.data(), p, w, h, nDim); };
-        EXPECT_EQ(ReferenceHalve6(vSrc, w, h, nDim, false, Rest::kFloor),
-                  Written<uint8_t>(HalfSamples(w, h, nDim), Op));
-    });
-    ForPictures<int16_t>([](int w, int h, int nDim, const Pixels<int16_t>& vSrc) {
-        const auto Op = [&](int16_t* p) { return Pyramid::DownScaleShortParallel(vSrc.data(), p, w, h, nDim); };
-        EXPECT_EQ(ReferenceHalve6(vSrc, w, h, nDim, false, Rest::kFloor),
-                  Written<int16_t>(HalfSamples(w, h, nDim), Op));
-    });
-}
-
-TEST_P(GaussianPyramid, SerialFastHalvingFollowsTheFormula)
-{
-    for (const bool bDither : {false, true}) {
-        ForPictures<int16_t>([&](int w, int h, int nDim, const Pixels<int16_t>& vSrc) {
-            const auto Op = [&](int16_t* p) {
-                return Pyramid::DownScaleShortFast(vSrc.data(), p, w, h, nDim, bDither);
-            };
-            EXPECT_EQ(ReferenceHalve6(vSrc, w, h, nDim, true, bDither ? Rest::kCarry : Rest::kTruncate),
-                      Written<int16_t>(HalfSamples(w, h, nDim), Op));
-        });
-    }
-}
-
-TEST_P(GaussianPyramid, FilteredDoublingFollowsTheFormula)
-{
-    for (const bool bDither : {false, true}) {
-        ForPictures<uint8_t>([&](int w, int h, int nDim, const Pixels<uint8_t>& vSrc) {
-            const auto Op = [&](uint8_t* p) { return Pyramid::UpScaleImage(vSrc.data(), p, w, h, nDim, bDither); };
-            EXPECT_EQ(ReferenceDouble161(vSrc, w, h, nDim, bDither), Written<uint8_t>(DoubleSamples(w, h, nDim), Op));
-        });
-        ForPictures<int16_t>([&](int w, int h, int nDim, const Pixels<int16_t>& vSrc) {
-            const auto Op = [&](int16_t* p) { return Pyramid::UpScaleShort(vSrc.data(), p, w, h, nDim, bDither); };
-            EXPECT_EQ(ReferenceDouble161(vSrc, w, h, nDim, bDither), Written<int16_t>(DoubleSamples(w, h, nDim), Op));
-        });
-    }
-}
-
-TEST_P(GaussianPyramid, FastDoublingFollowsTheFormulaAndLeavesASingleRowAlone)
-{
-    ForPictures<uint8_t>([](int w, int h, int nDim, const Pixels<uint8_t>& vSrc) {
-        const auto Op = [&](uint8_t* p) { return Pyramid::UpScaleImageFast(vSrc.data(), p, w, h, nDim); };
-        const size_t nCount = DoubleSamples(w, h, nDim);
-        EXPECT_EQ(h == 1 ? Guarded<uint8_t>(nCount).Values() : ReferenceDouble31(vSrc, w, h, nDim),
-                  Written<uint8_t>(nCount, Op));
-    });
-    ForPictures<int16_t>([](int w, int h, int nDim, const Pixels<int16_t>& vSrc) {
-        const auto Op = [&](int16_t* p) { return Pyramid::UpScaleShortParallel(vSrc.data(), p, w, h, nDim); };
-        const size_t nCount = DoubleSamples(w, h, nDim);
-        EXPECT_EQ(h == 1 ? Guarded<int16_t>(nCount).Values() : ReferenceDouble31Wrap(vSrc, w, h, nDim),
-                  Written<int16_t>(nCount, Op));
-    });
-}
-
-TEST_P(GaussianPyramid, SerialFastDoublingFollowsTheFormula)
-{
-    for (const bool bDither : {false, true}) {
-        ForPictures<int16_t>([&](int w, int h, int nDim, const Pixels<int16_t>& vSrc) {
-            const auto Op = [&](int16_t* p) { return Pyramid::UpScaleShortFast(vSrc.data(), p, w, h, nDim, bDither); };
-            EXPECT_EQ(ReferenceDouble31Serial(vSrc, w, h, nDim, bDither),
-                      Written<int16_t>(DoubleSamples(w, h, nDim), Op));
-        });
-    }
-}
-
-TEST_P(GaussianPyramid, KeepsAConstantPicture)
-{
-    for (const Size& size : kSizes) {
-        const int w = size.w, h = size.h, nDim = 3;
-        const size_t nCount = static_cast<size_t>(w) * h * nDim;
-        SCOPED_TRACE(testing::Message() << w << " x " << h);
-        for (const int nValue : {0, 1, 200, 255}) {
-            const Pixels<uint8_t> vSrc(nCount, static_cast<uint8_t>(nValue));
-            const auto Check = [&](size_t nOut, const auto& op) {
-                EXPECT_EQ(Pixels<uint8_t>(nOut, static_cast<uint8_t>(nValue)), Written<uint8_t>(nOut, op));
-            };
-            const uint8_t* s = vSrc.data();
-            const size_t nHalf = HalfSamples(w, h, nDim), nDouble = DoubleSamples(w, h, nDim);
-            Check(nHalf, [&](uint8_t* p) { return Pyramid::DownScaleImage(s, p, w, h, nDim, true); });
-            Check(nHalf, [&](uint8_t* p) { return Pyramid::DownScaleImageFast(s, p, w, h, nDim); });
-            Check(nDouble, [&](uint8_t* p) { return Pyramid::UpScaleImage(s, p, w, h, nDim, true); });
-            if (h > 1) Check(nDouble, [&](uint8_t* p) { return Pyramid::UpScaleImageFast(s, p, w, h, nDim); });
-        }
-        for (const int nValue : {-2047, -7, 1000, 2047}) {
-            const Pixels<int16_t> vSrc(nCount, static_cast<int16_t>(nValue));
-            const auto Check = [&](size_t nOut, const auto& op) {
-                EXPECT_EQ(Pixels<int16_t>(nOut, static_cast<int16_t>(nValue)), Written<int16_t>(nOut, op));
-            };
-            const int16_t* s = vSrc.data();
-            const size_t nHalf = HalfSamples(w, h, nDim), nDouble = DoubleSamples(w, h, nDim);
-            Check(nHalf, [&](int16_t* p) { return Pyramid::DownScaleShort(s, p, w, h, nDim, true); });
-            Check(nHalf, [&](int16_t* p) { return Pyramid::DownScaleShortFast(s, p, w, h, nDim, true); });
-            Check(nHalf, [&](int16_t* p) { return Pyramid::DownScaleShortParallel(s, p, w, h, nDim); });
-            Check(nDouble, [&](int16_t* p) { return Pyramid::UpScaleShort(s, p, w, h, nDim, true); });
-            Check(nDouble, [&](int16_t* p) { return Pyramid::UpScaleShortFast(s, p, w, h, nDim, true); });
-            if (h > 1) Check(nDouble, [&](int16_t* p) { return Pyramid::UpScaleShortParallel(s, p, w, h, nDim); });
-        }
-    }
 }
 
 // Values worked out by hand. A picture whose rows are all the same is scaled by 32 or 16 in the other direction.

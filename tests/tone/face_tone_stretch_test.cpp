@@ -5,9 +5,7 @@
 #include "support/for_threads.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
-#include "support/simd_targets.h"
 #include "tone/face_curve.h"
-#include "tone/face_tone_rows.h"
 
 namespace vkr {
 namespace {
@@ -81,43 +79,6 @@ TEST(BringFaceIntoRange, UsesTheFirstRuleThatApplies)
     EXPECT_EQ(Ranged(0, 90, 140), (std::vector<int>{120, 0, 0}));
     EXPECT_EQ(Ranged(120, 100, 100), (std::vector<int>{120, 100, 100}));
 }
-
-class FaceToneRowTest : public SimdTargetTest {};
-
-TEST_P(FaceToneRowTest, EqualsTheSlowWriting)
-{
-    std::mt19937 rng(94);
-    for (const StretchLevels levels : {StretchLevels{-32, 287}, {0, 255}, {-255, 512}, {100, 100}, {200, 60}}) {
-        ToneLut toneLut{};
-        for (int i = 0; i < ToneLut::kEntries; ++i) toneLut.vValue[i] = static_cast<uint8_t>(i * 7 + 3);
-        const FaceRowLut lut = MakeFaceRowLut(toneLut, levels);
-        const int nSpan = levels.m_nHighLevel - levels.m_nLowLevel;
-        for (const int nWidth : {0, 1, 2, 9, 255, 256, 300}) {
-            const int nReach = nWidth % 2 == 0 ? 32767 : 400;
-            const auto vFused = RandomRow<int16_t>(rng, 6 * static_cast<size_t>(nWidth), -nReach - 1, nReach);
-            for (const bool bInside : {true, false}) {
-                std::vector<uint8_t> vWant;
-                for (size_t i = 0; i < vFused.size(); ++i) {
-                    if (i % 6 >= 3) continue;
-                    const int nBase = vFused[i], nHigh = vFused[i + 3], nLevel = nBase - levels.m_nLowLevel;
-                    int v = nBase > levels.m_nHighLevel ? 255 : 0;
-                    if (nLevel >= 0 && nBase <= levels.m_nHighLevel) {
-                        v = bInside ? toneLut.vValue[std::clamp(nLevel + nHigh, 0, nSpan)]
-                                    : std::clamp(toneLut.vValue[nLevel] + nHigh, 0, 255);
-                    } else if (nLevel < 0) {
-                        v = 0;
-                    }
-                    vWant.push_back(static_cast<uint8_t>(v));
-                }
-                Guarded<uint8_t> row(vWant.size());
-                FaceToneRow(vFused.data(), row.Data(), nWidth, lut, bInside);
-                ASSERT_EQ(row.Values(), vWant) << nWidth << " " << bInside << " " << levels.m_nLowLevel;
-                EXPECT_TRUE(row.Intact());
-            }
-        }
-    }
-}
-INSTANTIATE_ON_ALL_TARGETS(FaceToneRowTest);
 
 ToneParams ToneDefaults()
 {
