@@ -150,6 +150,9 @@ TEST(RefineGhost, FadesSaturatedPlacesAndChecksSizes)
     LinesScope lines;
     for (const auto& [nLuma, nWant] : {std::pair{220, 128}, {221, 124}, {251, 4}, {252, 0}, {255, 0}}) {
         RefineCase c(24, 24, 0, nLuma);
+        // More blue: the luma has a half in its fraction, which is dropped.
+        for (size_t i = 0; i < c.bright.Samples(); i += 3)
+            c.bright.pData[i] = static_cast<uint8_t>(std::min(nLuma + 4, 255));
         FillRect(c.ghost, 0, 0, 24, 24, 128);
         c.params.bSaturateNoGhostEnable = 1;
         c.params.nRefineGhostBrTh = 255;

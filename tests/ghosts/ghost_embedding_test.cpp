@@ -207,8 +207,9 @@ TEST(GhostEmbedding, TakesTensOfThousandsOfSpecksForOneGhost)
     GhostBurst burst(512, 384, 2);
     burst.params.nStartDeghostLevel = 0;
     for (int i = 0; i < 512 * 384 / 4; ++i) burst.ghost.Row(i / 256 * 2)[i % 256 * 2] = 65;
+    burst.params.nGhostLimitPerTh = 4096;  // just that area, which is not above it
     EXPECT_EQ(GhostEmbedding::kNone, burst.Embed());
-    burst.params.nGhostLimitPerTh = 4000;
+    burst.params.nGhostLimitPerTh = 4095;
     EXPECT_EQ(GhostEmbedding::kWholePicture, burst.Embed());
 }
 

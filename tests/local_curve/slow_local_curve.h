@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "local_curve/local_auto_curve_filter.h"
+#include "local_curve/local_curve_rows.h"
 
 namespace vkr {
 
-// The local curve once more, pixel by pixel and with a division wherever one is meant, to hold the filter against.
+// The local curve once more, with a division wherever one is meant, to hold the filter against; rows by the plain form.
 // Keeps its curves from picture to picture as the filter does.
 class SlowLocalCurve {
 public:
@@ -152,63 +153,24 @@ private:
         }
     }
 
-    static int64_t LookUp(const Curve& curve, int64_t v, int64_t& nCarry)
-    {
-        const auto at = [&](int64_t i) { return i == 0 ? 0 : i == 64 ? 256 : curve[i - 1]; };
-        const int64_t n = std::max<int64_t>(at(v / 4) * 16 + (at(v / 4 + 1) - at(v / 4)) * (v % 4) * 4, 0) + nCarry;
-        nCarry = n % 16;
-        return std::min<int64_t>(n / 16, 255);
-    }
-
-    // One pixel through one node: vCarry are the lookups of B, G, R and of the luma.
-    void Node(const Curve& curve, const uint8_t* p, int64_t* vCarry, int64_t* vOut) const
-    {
-        const int64_t nLuma = (2 * p[0] + 9 * p[1] + 5 * p[2] + 8) / 16;
-        const int64_t nGain = f.nWYUV == 0 ? 0 : LookUp(curve, nLuma, vCarry[3]) * 256 / std::max<int64_t>(nLuma, 1);
-        for (int c = 0; c < 3; ++c) {
-            int64_t q = (p[c] * nGain + 128) / 256;
-            if (f.nSaturateBoost != 0) q = nLuma + (p[c] - nLuma) * nGain * (f.nSaturateBoost + 256) / 65536;
-            q = std::min<int64_t>(std::max<int64_t>(q, 0), 255);
-            const int64_t nOwn = f.nWYUV == 16 ? 0 : LookUp(curve, p[c], vCarry[c]);
-            vOut[c] = (q * f.nWYUV + nOwn * (16 - f.nWYUV) + 8) / 16;
-        }
-    }
-
-    static void Reciprocal(int n, int64_t& nRecip, int& nShift)
-    {
-        for (nShift = 24; (int64_t{1} << nShift) / n >= 128;) --nShift;
-        nRecip = (int64_t{1} << nShift) / n;
-    }
-
     std::vector<uint8_t> Apply() const
     {
-        int64_t rx, ry;
-        int sx, sy;
-        Reciprocal(bw, rx, sx);
-        Reciprocal(bh, ry, sy);
-        const auto nFull = [&] { return (bw * rx * bh * ry) >> (sx + sy - 12); };
-        if (nFull() < 4096) {
-            ++ry;
-            if (nFull() < 4096) ++rx;
-        }
-        std::vector<uint8_t> vOut(m_vIn.size());
-        for (int y = 0; y < h; ++y) {
-            int64_t vLookUps[4][4] = {}, vRest[3] = {};
-            for (int x = 0; x < w; ++x) {
-                const size_t i = 3 * (static_cast<size_t>(y) * w + x);
-                const int64_t xi = x % bw, yi = y % bh;
-                int64_t r[4][3];
-                for (int k = 0; k < 4; ++k)
-                    Node(m_vCurves[y / bh + k / 2][x / bw + k % 2], &m_vIn[i], vLookUps[k], r[k]);
-                for (int c = 0; c < 3; ++c) {
-                    const int64_t nUpper = (((bw - xi) * r[0][c] + xi * r[1][c]) * rx) >> (sx - 4);
-                    const int64_t nLower = (((bw - xi) * r[2][c] + xi * r[3][c]) * rx) >> (sx - 4);
-                    const int64_t n = ((((bh - yi) * nUpper + yi * nLower) * ry) >> sy) + vRest[c];
-                    vRest[c] = n % 16;
-                    vOut[i + c] = static_cast<uint8_t>(std::min<int64_t>(n / 16, 255));
-                }
+        std::vector<BlockTable> vTables;
+        for (int i = 0; i < f.nWinXNum * f.nWinYNum; ++i) {
+            std::array<std::vector<int32_t>, 4> vCurves;
+            const int32_t* vNodes[4];
+            for (int k = 0; k < 4; ++k) {
+                const Curve& curve = m_vCurves[i / f.nWinXNum + k / 2][i % f.nWinXNum + k % 2];
+                vCurves[k].assign(curve.begin(), curve.end());
+                vNodes[k] = vCurves[k].data();
             }
+            vTables.emplace_back();
+            MakeBlockTable(vNodes, vTables.back());
         }
+        const CurveMapping mapping = {MakeBlockGeometry(w, h, f.nWinXNum, f.nWinYNum), vTables.data(), f.nWinXNum,
+                                      f.nWYUV, f.nSaturateBoost};
+        std::vector<uint8_t> vOut = m_vIn;
+        for (int y = 0; y < h; ++y) MapCurveRowScalar(&vOut[3 * static_cast<size_t>(y) * w], y, mapping);
         return vOut;
     }
 
