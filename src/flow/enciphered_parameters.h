@@ -13,8 +13,8 @@ namespace vkr {
 constexpr size_t kEncipheredHead = 36;
 constexpr uint8_t kEncipheredMagic[] = {1, 2, 3, 4};
 
-// Whole files beyond this size are refused: a text has about ten thousand bytes, and deciphering goes bit by bit, about
-// a second per MiB.
+// Whole files beyond this size are refused: a text has about ten thousand bytes, and a MiB takes some hundredths of a
+// second to decipher.
 constexpr size_t kEncipheredMost = size_t{16} << 20;
 
 // Whether the first bytes of a file, nBytes of them, are the magic.

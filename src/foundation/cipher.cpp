@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 #include "foundation/cipher_tables.h"
 
@@ -12,89 +13,117 @@ namespace {
 
 namespace tables = cipher_tables;
 
-constexpr int kBlockBytes = 8, kRounds = 16;
+constexpr int kBlockBytes = 8, kRounds = 16, kBoxCount = 8;
+constexpr int kHalfKeyBits = 28;
+constexpr uint32_t kHalfKey = (1U << kHalfKeyBits) - 1;
 
-// One byte a bit.
-template <size_t nCount>
-using Bits = std::array<uint8_t, nCount>;
-using Half = Bits<32>;
-using Subkey = Bits<48>;
-using Subkeys = std::array<Subkey, kRounds>;
+using Subkeys = std::array<uint64_t, kRounds>;
 
-template <size_t nFrom, size_t nTo>
-Bits<nTo> Permute(const Bits<nFrom>& from, const uint8_t (&vPositions)[nTo])
+// What every byte of a word of nBytes bytes brings to the permuted word. Bit i of a word is position i + 1 of the
+// tables.
+template <size_t nBytes>
+using Permutation = std::array<std::array<uint64_t, 256>, nBytes>;
+
+template <size_t nBytes, size_t nTo>
+constexpr Permutation<nBytes> MakePermutation(const uint8_t (&vPositions)[nTo])
 {
-    Bits<nTo> to;
-    for (size_t i = 0; i < nTo; ++i) to[i] = from[vPositions[i] - 1];
-    return to;
+    Permutation<nBytes> permutation{};
+    for (size_t i = 0; i < nTo; ++i) {
+        const size_t nFrom = vPositions[i] - size_t{1};
+        for (size_t nValue = 0; nValue < 256; ++nValue) {
+            permutation[nFrom / 8][nValue] |= static_cast<uint64_t>(nValue >> (nFrom % 8) & 1) << i;
+        }
+    }
+    return permutation;
 }
 
-Bits<64> Unpack(const uint8_t* pBytes)
+constexpr auto kInitial = MakePermutation<8>(tables::kInitialPermutation);
+constexpr auto kFinal = MakePermutation<8>(tables::kFinalPermutation);
+constexpr auto kExpansion = MakePermutation<4>(tables::kExpansion);
+constexpr auto kKeyChoice1 = MakePermutation<8>(tables::kKeyChoice1);
+constexpr auto kKeyChoice2 = MakePermutation<7>(tables::kKeyChoice2);
+
+template <size_t nBytes>
+constexpr uint64_t Permute(uint64_t nWord, const Permutation<nBytes>& permutation)
 {
-    Bits<64> bits;
-    for (int i = 0; i < 64; ++i) bits[i] = pBytes[i / 8] >> (i % 8) & 1;
-    return bits;
+    uint64_t nTo = 0;
+    for (size_t i = 0; i < nBytes; ++i) nTo |= permutation[i][nWord >> (8 * i) & 255];
+    return nTo;
 }
 
-void Pack(const Bits<64>& bits, uint8_t* pBytes)
+// What the six bits of every box bring to the round's value: the box's four bits, where the round's permutation puts
+// them. The first and the last bit choose the row, and those between them the column, the first one counting most.
+constexpr std::array<std::array<uint32_t, 64>, kBoxCount> MakeBoxes()
 {
-    std::fill_n(pBytes, kBlockBytes, uint8_t{0});
-    for (int i = 0; i < 64; ++i) pBytes[i / 8] = static_cast<uint8_t>(pBytes[i / 8] | bits[i] << (i % 8));
+    constexpr auto kRound = MakePermutation<4>(tables::kRoundPermutation);
+    std::array<std::array<uint32_t, 64>, kBoxCount> boxes{};
+    for (int i = 0; i < kBoxCount; ++i) {
+        for (int n = 0; n < 64; ++n) {
+            const int nRow = 2 * (n & 1) + (n >> 5);
+            const int nColumn = 8 * (n >> 1 & 1) + 4 * (n >> 2 & 1) + 2 * (n >> 3 & 1) + (n >> 4 & 1);
+            const uint64_t nValue = tables::kBoxes[i][16 * nRow + nColumn];
+            boxes[i][n] = static_cast<uint32_t>(Permute(nValue << (4 * i), kRound));
+        }
+    }
+    return boxes;
+}
+constexpr auto kBoxRounds = MakeBoxes();
+
+uint64_t LoadBlock(const uint8_t* pBytes)
+{
+    uint64_t nBlock = 0;
+    for (int i = 0; i < kBlockBytes; ++i) nBlock |= static_cast<uint64_t>(pBytes[i]) << (8 * i);
+    return nBlock;
+}
+
+void StoreBlock(uint64_t nBlock, uint8_t* pBytes)
+{
+    for (int i = 0; i < kBlockBytes; ++i) pBytes[i] = static_cast<uint8_t>(nBlock >> (8 * i));
+}
+
+// Toward the first position, which is the lowest bit.
+uint32_t RotateHalfKey(uint32_t nHalf, int nBy)
+{
+    return (nHalf >> nBy | nHalf << (kHalfKeyBits - nBy)) & kHalfKey;
 }
 
 Subkeys MakeSubkeys(const uint8_t* pKey, int nKeyLength)
 {
     uint8_t vKey[kBlockBytes] = {};
     std::copy_n(pKey, std::clamp(nKeyLength, 0, kBlockBytes), vKey);
-    Bits<56> bits = Permute(Unpack(vKey), tables::kKeyChoice1);
+    const uint64_t nChosen = Permute(LoadBlock(vKey), kKeyChoice1);
+    uint32_t nLow = static_cast<uint32_t>(nChosen) & kHalfKey;
+    uint32_t nHigh = static_cast<uint32_t>(nChosen >> kHalfKeyBits);
     Subkeys subkeys;
     for (int i = 0; i < kRounds; ++i) {
-        const auto pMiddle = bits.begin() + 28;
-        std::rotate(bits.begin(), bits.begin() + tables::kLeftShifts[i], pMiddle);
-        std::rotate(pMiddle, pMiddle + tables::kLeftShifts[i], bits.end());
-        subkeys[i] = Permute(bits, tables::kKeyChoice2);
+        nLow = RotateHalfKey(nLow, tables::kLeftShifts[i]);
+        nHigh = RotateHalfKey(nHigh, tables::kLeftShifts[i]);
+        subkeys[i] = Permute(nLow | static_cast<uint64_t>(nHigh) << kHalfKeyBits, kKeyChoice2);
     }
     return subkeys;
 }
 
-Half FeistelRound(const Half& half, const Subkey& subkey)
+uint32_t FeistelRound(uint32_t nHalf, uint64_t nSubkey)
 {
-    Bits<48> wide = Permute(half, tables::kExpansion);
-    for (int i = 0; i < 48; ++i) wide[i] ^= subkey[i];
-    Half boxed;
-    for (int i = 0; i < 8; ++i) {
-        const uint8_t* b = &wide[6 * i];
-        const int nRow = 2 * b[0] + b[5], nColumn = 8 * b[1] + 4 * b[2] + 2 * b[3] + b[4];
-        const int nValue = tables::kBoxes[i][16 * nRow + nColumn];
-        for (int k = 0; k < 4; ++k) boxed[4 * i + k] = nValue >> k & 1;
-    }
-    return Permute(boxed, tables::kRoundPermutation);
+    const uint64_t nWide = Permute(nHalf, kExpansion) ^ nSubkey;
+    uint32_t nRound = 0;
+    for (int i = 0; i < kBoxCount; ++i) nRound |= kBoxRounds[i][nWide >> (6 * i) & 63];
+    return nRound;
 }
 
-// target = FeistelRound(source) XOR target
-void Mix(const Half& source, const Subkey& subkey, Half& target)
+uint64_t CipherBlock(const Subkeys& subkeys, bool bDecipher, uint64_t nBlock)
 {
-    const Half round = FeistelRound(source, subkey);
-    for (int i = 0; i < 32; ++i) target[i] ^= round[i];
-}
-
-void CipherBlock(const Subkeys& subkeys, bool bDecipher, const uint8_t* pIn, uint8_t* pOut)
-{
-    Bits<64> bits = Permute(Unpack(pIn), tables::kInitialPermutation);
-    Half left, right;
-    std::copy_n(bits.begin(), 32, left.begin());
-    std::copy_n(bits.begin() + 32, 32, right.begin());
+    nBlock = Permute(nBlock, kInitial);
+    uint32_t nLeft = static_cast<uint32_t>(nBlock), nRight = static_cast<uint32_t>(nBlock >> 32);
     for (int i = 0; i < kRounds; ++i) {
         if (bDecipher) {
-            Mix(left, subkeys[kRounds - 1 - i], right);
+            nRight ^= FeistelRound(nLeft, subkeys[kRounds - 1 - i]);
         } else {
-            Mix(right, subkeys[i], left);
+            nLeft ^= FeistelRound(nRight, subkeys[i]);
         }
-        left.swap(right);
+        std::swap(nLeft, nRight);
     }
-    std::copy_n(left.begin(), 32, bits.begin());
-    std::copy_n(right.begin(), 32, bits.begin() + 32);
-    Pack(Permute(bits, tables::kFinalPermutation), pOut);
+    return Permute(nLeft | static_cast<uint64_t>(nRight) << 32, kFinal);
 }
 
 }  // namespace
@@ -104,7 +133,7 @@ int DecipherBuffer(uint8_t* pOut, const uint8_t* pIn, int nLength, int nKeyLengt
     if (pOut == nullptr || pIn == nullptr || pKey == nullptr || nLength < kBlockBytes) return 0;
     const Subkeys subkeys = MakeSubkeys(pKey, nKeyLength);
     for (int i = 0; i + kBlockBytes <= nLength; i += kBlockBytes) {
-        CipherBlock(subkeys, nDirection != 0, pIn + i, pOut + i);
+        StoreBlock(CipherBlock(subkeys, nDirection != 0, LoadBlock(pIn + i)), pOut + i);
     }
     return 1;
 }
