@@ -3,15 +3,18 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <memory>
+#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "flow/enciphered_parameters.h"
+#include "foundation/cipher.h"
 #include "foundation/log.h"
 #include "foundation/mem_pool.h"
 #include "fuzz_check.h"
 #include "interface/engine_lifecycle.h"
+#include "reserved_memory.h"
 #include "vkrHdr.h"
 
 // Whole bursts through the C interface: sizes, pitches, counts, references, faces, parameters inside their ranges and
@@ -20,6 +23,41 @@
 
 namespace vkr {
 namespace {
+
+// The pool for one case: a region of nBytes, and as many small ones on demand as are allowed. The large ones that
+// vkrHdrInit opens are never there. A block of its own keeps the first region from going back between bursts.
+class CasePool {
+public:
+    CasePool(size_t nBytes, int nMoreRegions)
+    {
+        s_nAllowed = 1 + nMoreRegions;
+        InstallRawAllocator([](size_t n) { return s_nAllowed > 0 && n <= kLargest ? TakeOne(n) : nullptr; },
+                            Reserved::Give);
+        PoolInit(nBytes);
+        m_pKept = PoolAlloc(1);
+    }
+    ~CasePool()
+    {
+        FUZZ_CHECK(ReadPoolUse().nUsedBytes == 64);  // what the engine took is back
+        PoolFree(m_pKept);
+        PoolRelease();
+    }
+    CasePool(const CasePool&) = delete;
+    CasePool& operator=(const CasePool&) = delete;
+
+private:
+    static constexpr size_t kLargest = (size_t{20} << 20) + 128;  // a small region, and what the pool has before it
+    using Reserved = ReservedMemory<4, kLargest>;
+
+    static void* TakeOne(size_t nBytes)
+    {
+        --s_nAllowed;
+        return Reserved::Take(nBytes);
+    }
+
+    static inline int s_nAllowed = 0;
+    void* m_pKept;
+};
 
 constexpr uint8_t kUnwritten = 0x5A;
 
@@ -60,10 +98,11 @@ struct Picture {
     vkrHdrFrame frame{};
 };
 
+// Mostly a few rows and columns; 160 are more than any vector has lanes.
 int RandomSide(FuzzedDataProvider& data)
 {
     const int nHalf = data.ConsumeIntegralInRange(1, 24);
-    return 2 * (nHalf == 24 ? data.ConsumeIntegralInRange(1, 300) : nHalf);
+    return 2 * (nHalf == 24 ? data.ConsumeIntegralInRange(1, 80) : nHalf);
 }
 
 // Flat, noise, or blocks that move and brighten from frame to frame.
@@ -100,7 +139,7 @@ void Turn(CFilter& filter, bool bDump, FuzzedDataProvider& data)
     }
 }
 
-void RunBurst(FuzzedDataProvider& data)
+void RunBurst(FuzzedDataProvider& data, bool bAmple)
 {
     const int w = RandomSide(data), h = RandomSide(data), nPad = data.ConsumeIntegralInRange(0, 70);
     const int nFrames = data.ConsumeIntegralInRange(1, 8), nKind = data.ConsumeIntegralInRange(0, 2);
@@ -108,7 +147,8 @@ void RunBurst(FuzzedDataProvider& data)
     for (int k = 0; k < nFrames; ++k) {
         Picture picture(w, h, nPad);
         Paint(picture, nKind, nSeed, k);
-        FUZZ_CHECK(vkrHdrAddFrame(static_cast<uint32_t>(k), &picture.frame) == 0);
+        const int nAdded = vkrHdrAddFrame(static_cast<uint32_t>(k), &picture.frame);
+        FUZZ_CHECK(nAdded == 0 || (nAdded == -1 && !bAmple));
     }
     std::vector<vkrHdrRect> vRects(data.ConsumeIntegralInRange<size_t>(0, 3));
     for (vkrHdrRect& rect : vRects) {
@@ -153,13 +193,28 @@ private:
     std::filesystem::path m_before;
 };
 
-// The documented defaults, written once.
-const char* DefaultsPath()
+// A parameter file that leaves every default as it is: sections without a line, in the form that allows it.
+const char* NoParametersPath()
 {
     static const std::string sPath = [] {
-        std::string s = "/tmp/vkr_fuzz_" + std::to_string(getpid()) + ".txt";
-        FUZZ_CHECK(CMultiExposureHDRProcessFlowOpt().SaveParameterFile(s.c_str()));
-        std::atexit([] { std::remove(DefaultsPath()); });
+        std::string sText;
+        CMultiExposureHDRProcessFlowOpt engine;
+        const auto Add = [&](const auto& Self, CFilter& filter) -> void {
+            sText += filter.Name() + std::string("\n\n");
+            if (auto* pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter)) {
+                for (CFilter* pSub : pFlow->Filters()) Self(Self, *pSub);
+            }
+        };
+        Add(Add, engine);
+        std::string sFile(kEncipheredHead, '\0');
+        sFile.replace(0, sizeof(kEncipheredMagic), reinterpret_cast<const char*>(kEncipheredMagic),
+                      sizeof(kEncipheredMagic));
+        sFile += sText;
+        uint8_t* pText = reinterpret_cast<uint8_t*>(&sFile[kEncipheredHead]);
+        DecipherBuffer(pText, pText, static_cast<int>(sText.size()), kParameterFileKey, 0);
+        std::string s = "/tmp/vkr_fuzz_" + std::to_string(getpid()) + ".bin";
+        std::ofstream(s, std::ios::binary) << sFile;
+        std::atexit([] { std::remove(NoParametersPath()); });
         return s;
     }();
     return sPath.c_str();
@@ -170,16 +225,19 @@ const char* DefaultsPath()
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nBytes)
 {
-    vkr::SetHdrPrintSink([](const char*) {});
+    using namespace vkr;
+    SetHdrPrintSink([](const char*) {});
+    NoParametersPath();
     FuzzedDataProvider data(pData, nBytes);
-    const int nMode = data.ConsumeIntegralInRange(0, 31);
-    const bool bDump = nMode / 4 == 7;
-    omp_set_num_threads(nMode % 4 == 3 ? 2 : 1);
-    const vkr::ScratchFolder scratch(bDump);
-    FUZZ_CHECK(vkrHdrInit({vkr::DefaultsPath(), nullptr, 0}) == 0);
-    vkr::Turn(*vkr::gVKRAlgoPool.load(), bDump, data);
-    for (int nBursts = data.ConsumeIntegralInRange(1, 2); nBursts > 0; --nBursts) vkr::RunBurst(data);
+    const int nMode = data.ConsumeIntegralInRange(0, 255);
+    const bool bDump = nMode == 255, bAmple = nMode % 4 != 3;
+    omp_set_num_threads(1);
+    const ScratchFolder scratch(bDump);
+    const size_t nPool = bAmple ? 8U << 20 : data.ConsumeIntegralInRange<size_t>(128, 2U << 20);
+    const CasePool pool(nPool, bAmple ? 3 : 0);
+    FUZZ_CHECK(vkrHdrInit({NoParametersPath(), nullptr, 0}) == 0);
+    Turn(*gVKRAlgoPool.load(), bDump, data);
+    for (int nBursts = data.ConsumeIntegralInRange(1, 2); nBursts > 0; --nBursts) RunBurst(data, bAmple);
     FUZZ_CHECK(vkrHdrUninit() == 0);
-    FUZZ_CHECK(vkr::ReadPoolUse().nUsedBytes == 0);
     return 0;
 }

@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 #include "flow/enciphered_parameters.h"
 #include "foundation/cipher.h"
 #include "foundation/log.h"
 #include "fuzz_check.h"
+#include "kept_engine.h"
 
 // A whole enciphered file, by the first byte as it is or with the rest as the text that is enciphered first, so that
 // what lies behind the cipher is reached too. The configuration version keeps its last zero, whatever stands in the
@@ -21,7 +23,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nBytes)
         uint8_t* pText = vFile.data() + vkr::kEncipheredHead;
         vkr::DecipherBuffer(pText, pText, static_cast<int>(nBytes - 1), vkr::kParameterFileKey, 0);
     }
-    vkr::CMultiExposureHDRProcessFlowOpt engine;
+    static vkr::KeptEngine kept;
+    kept.Restore();
+    vkr::CMultiExposureHDRProcessFlowOpt& engine = kept.Engine();
+    std::fill(std::begin(engine.m_szCfgVersion), std::end(engine.m_szCfgVersion), '\0');
     const bool bFits = vFile.size() >= vkr::kEncipheredHead + 8 && vFile.size() <= vkr::kEncipheredMost;
     const vkr::EncipheredLoad load = vkr::LoadEncipheredParameters(vFile.data(), vFile.size(), engine);
     FUZZ_CHECK(bFits == (load != vkr::EncipheredLoad::kNotDeciphered));

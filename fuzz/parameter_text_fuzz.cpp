@@ -2,13 +2,13 @@
 #include <memory>
 #include <string>
 
-#include "flow/multi_exposure_flow.h"
 #include "foundation/log.h"
 #include "fuzz_check.h"
+#include "kept_engine.h"
 
-// A parameter text in one of its two forms, by the first byte: from a stream or from memory. Whatever it says, the
-// engine stands afterwards, and every value of a stream lies in its range; a text that was taken is written and taken
-// again.
+// A parameter text in one of its two forms, for the engine or one of its filters, by the first byte: from a stream or
+// from memory. Whatever it says, the engine stands afterwards, and every value of a stream lies in its range; a text
+// that was taken is written and taken again.
 
 namespace {
 
@@ -17,9 +17,6 @@ void CheckRanges(vkr::CFilter& filter)
     for (const vkr::ParamEntry& entry : filter.Params()) {
         const bool bInside = *entry.pValue >= entry.nMin && *entry.pValue <= entry.nMax;
         FUZZ_CHECK(bInside || entry.sName == "nMaskEdgeBlur");
-    }
-    if (auto* pFlow = dynamic_cast<vkr::CMultiFilterProcessFlow*>(&filter)) {
-        for (vkr::CFilter* pSub : pFlow->Filters()) CheckRanges(*pSub);
     }
 }
 
@@ -52,20 +49,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nBytes)
     if (nBytes < 1) return 0;
     vkr::SetHdrPrintSink([](const char*) {});
     const std::string sText(reinterpret_cast<const char*>(pData + 1), nBytes - 1);
-    vkr::CMultiExposureHDRProcessFlowOpt engine;
+    static vkr::KeptEngine kept;
+    kept.Restore();
+    vkr::CFilter& filter = *kept.Filters()[pData[0] / 2 % kept.Filters().size()];
     if ((pData[0] & 1) == 0) {
-        const bool bLoaded = LoadStream(engine, sText);
-        CheckRanges(engine);
+        const bool bLoaded = LoadStream(filter, sText);
+        for (vkr::CFilter* pFilter : kept.Filters()) CheckRanges(*pFilter);
         if (!bLoaded) return 0;
-        vkr::CMultiExposureHDRProcessFlowOpt again;
-        const std::string sSaved = Saved(engine);
-        FUZZ_CHECK(LoadStream(again, sSaved));
-        FUZZ_CHECK(Saved(again) == sSaved);
+        const std::string sSaved = Saved(filter);
+        kept.Restore();
+        const size_t nName = sSaved.find_first_not_of('\n');  // a saved text has its name, a stream begins behind it
+        FUZZ_CHECK(LoadStream(filter, sSaved.substr(sSaved.find('\n', nName) + 1)));
+        FUZZ_CHECK(Saved(filter) == sSaved);
     } else {
         const std::unique_ptr<char[]> pExact(new char[sText.size() + 1]);  // an overrun meets the sanitizer
         std::memcpy(pExact.get(), sText.c_str(), sText.size() + 1);
         int nConsumed = -1;
-        if (engine.LoadParameterBuffer(pExact.get(), &nConsumed)) {
+        if (filter.LoadParameterBuffer(pExact.get(), &nConsumed)) {
             FUZZ_CHECK(nConsumed >= 0 && static_cast<size_t>(nConsumed) <= sText.size());
         }
     }

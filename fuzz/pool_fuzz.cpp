@@ -4,6 +4,7 @@
 
 #include "foundation/log.h"
 #include "fuzz_check.h"
+#include "reserved_memory.h"
 #include "support/pool_model.h"
 #include "support/raw_memory.h"
 
@@ -12,6 +13,11 @@
 
 namespace vkr {
 namespace {
+
+// A region for every step, each as large as the largest that a request brings, twice 1 GiB; what no case touches takes
+// no memory.
+constexpr int kSteps = 400;
+using Reserved = ReservedMemory<kSteps, (size_t{2} << 30) + 4096>;
 
 struct Held {
     uint8_t* pBytes;
@@ -22,7 +28,9 @@ struct Held {
 
 class PoolSteps {
 public:
-    explicit PoolSteps(FuzzedDataProvider& data) : m_Data(data), m_Model(m_Raw) {}
+    explicit PoolSteps(FuzzedDataProvider& data) : m_Data(data), m_Raw({Reserved::Take, Reserved::Give}), m_Model(m_Raw)
+    {
+    }
     ~PoolSteps()
     {
         while (m_nUsers-- > 0) PoolRelease();
@@ -30,7 +38,7 @@ public:
 
     void Run()
     {
-        for (int i = 0; i < 400 && m_Data.remaining_bytes() > 0; ++i) {
+        for (int i = 0; i < kSteps && m_Data.remaining_bytes() > 0; ++i) {
             Step();
             FUZZ_CHECK(m_Raw.TakeEvents() == m_Model.TakeEvents());
             const PoolUse use = ReadPoolUse(), model = m_Model.Use();

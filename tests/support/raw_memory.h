@@ -24,7 +24,14 @@ public:
         }
     };
 
-    RawMemory()
+    // Where the memory comes from: 64-byte aligned, or null.
+    struct Source {
+        void* (*pTake)(size_t nBytes);
+        void (*pGive)(void* p);
+    };
+    static void* TakeFromHeap(size_t nBytes) { return std::aligned_alloc(64, (nBytes + 63) / 64 * 64); }
+
+    explicit RawMemory(const Source& source = {TakeFromHeap, std::free}) : m_Source(source)
     {
         Self() = this;
         InstallRawAllocator([](size_t nBytes) { return Self()->Allocate(nBytes); }, [](void* p) { Self()->Free(p); });
@@ -32,7 +39,9 @@ public:
     ~RawMemory()
     {
         PoolRelease();
-        for (void* pRaw : m_vCalls) std::free(pRaw);
+        for (void* pRaw : m_vCalls) {
+            if (pRaw != nullptr) m_Source.pGive(pRaw);
+        }
         InstallRawAllocator(nullptr, nullptr);
         Self() = nullptr;
     }
@@ -66,7 +75,7 @@ private:
     {
         const size_t nCall = m_vCalls.size();
         m_vEvents.push_back({true, nCall, nBytes});
-        m_vCalls.push_back(Refuses(nCall) ? nullptr : std::aligned_alloc(64, (nBytes + 63) / 64 * 64));
+        m_vCalls.push_back(Refuses(nCall) ? nullptr : m_Source.pTake(nBytes));
         return m_vCalls.back();
     }
     void Free(void* pRaw)
@@ -74,10 +83,11 @@ private:
         const auto it = std::find(m_vCalls.begin(), m_vCalls.end(), pRaw);
         if (it == m_vCalls.end()) std::abort();  // never handed out, or given back twice
         m_vEvents.push_back({false, static_cast<size_t>(it - m_vCalls.begin()), 0});
-        std::free(*it);
+        m_Source.pGive(*it);
         *it = nullptr;
     }
 
+    Source m_Source;
     std::vector<void*> m_vCalls;  // by number; null where refused or given back
     std::vector<Event> m_vEvents;
     size_t m_nRefuseFrom = 0, m_nRefuseCount = 0;
