@@ -7,6 +7,7 @@
 #include "foundation/heap_buffer.h"
 #include "foundation/parallel_rows.h"
 #include "primitives/carry_rows.h"
+#include "primitives/share_rows.h"
 #include "primitives/tap_rows.h"
 
 namespace vkr {
@@ -48,6 +49,36 @@ void FinishSmooth(const int32_t* pSums, int16_t* pDst, int nCount, int nDim, boo
     FloorRow(pSums, pDst, nCount, kShift, 1 << (kShift - 1));
 }
 
+// How much row r weighs, by the taps down the picture, in the sums of rows 0 .. nRows - 1 of h rows.
+int RowWeight(int r, int nRows, int h)
+{
+    constexpr int kTaps[] = {1, 4, 6, 4, 1};
+    if (r >= 2 && r + 2 < nRows) return 16;  // all of its five rows are among them
+    int nWeight = 0;
+    for (int y = std::max(r - 2, 0); y <= std::min(r + 2, nRows - 1); ++y) {
+        for (int k = 0; k < 5; ++k) nWeight += Clamp(y + k - 2, 0, h - 1) == r ? kTaps[k] : 0;
+    }
+    return nWeight;
+}
+
+// The remainders behind rows 0 .. nRows - 1, without their sums. A remainder is the total of all sums before it modulo
+// 256. Along a row the taps weigh every sample 16, and at both ends the outermost one more and its neighbour one less;
+// down the picture a row weighs 16 except at the ends of the rows. 16 times 16 leaves nothing, so that the whole cost
+// is six rows and the ends of all. pCarry comes as 0.
+void CarryBehindRows(const CImage& src, int nRows, uint8_t* pCarry)
+{
+    const int w = src.nWidth, h = src.nHeight, nDim = src.nDim;
+    for (int r = 0; r < std::min(nRows + 2, h); ++r) {
+        const int nWeight = RowWeight(r, nRows, h);
+        for (int c = 0; c < nDim; ++c) {
+            const auto Sample = [p = src.Row(r) + c, w, nDim](int x) { return int{p[Clamp(x, 0, w - 1) * nDim]}; };
+            unsigned nSum = static_cast<unsigned>(Sample(0) - Sample(1) + Sample(w - 1) - Sample(w - 2));
+            for (int x = 0; nWeight != 16 && x < w; ++x) nSum += 16U * static_cast<unsigned>(Sample(x));
+            pCarry[c] = static_cast<uint8_t>(pCarry[c] + static_cast<unsigned>(nWeight) * nSum);
+        }
+    }
+}
+
 // src and dst may be the same picture if the block is all of it.
 template <class Image, class T>
 void SmoothBlock(const Image& src, Image& dst, bool bInPlace, bool bDither, RowBlock rows, SmoothScratch<T>& scratch)
@@ -76,14 +107,14 @@ bool CSmoothFilter5x5::SmoothImage8(const CImage& src, CImage& dst, bool bDither
     SmoothScratch<uint8_t> scratch;
     if (!scratch.Allocate(bInPlace ? 1 : MaxTeam(), src.nWidth, src.nDim)) return false;
 
-    // A later block would read rows that an earlier one has written, hence one block in place. Otherwise as many as the
-    // team has threads, however small the picture: the carry starts at 0 in each, so the blocks are part of the result.
-    const auto Smooth = [&](RowBlock rows) { SmoothBlock(src, dst, bInPlace, bDither, rows, scratch); };
-    if (bInPlace) {
-        Smooth(RowBlock{0, src.nHeight, 0});
-    } else {
-        ParallelRows(src.nHeight, Smooth);
+    if (bInPlace) {  // a later block would read rows that an earlier one has written
+        SmoothBlock(src, dst, true, bDither, RowBlock{0, src.nHeight, 0}, scratch);
+        return true;
     }
+    ShareRows(src.nHeight, src.RowSamples(), [&](RowBlock rows) {
+        if (bDither) CarryBehindRows(src, rows.nBegin, scratch.Carry(rows.nIndex));
+        SmoothBlock(src, dst, false, bDither, rows, scratch);
+    });
     return true;
 }
 

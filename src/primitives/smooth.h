@@ -9,9 +9,9 @@ namespace vkr {
 // bDither shifted by 8 with the dropped remainder, 0 .. 255, carried per channel along the raster. Both shifts floor,
 // also below 0.
 //
-// The 8-bit form runs one block of rows per thread of the team, and the carry starts anew at 0 in every block: with
-// bDither the bytes depend on the size of the team. In place, and inside another parallel region, it is one block. The
-// 16-bit form runs on one thread. False when there is no memory.
+// Out of place the 8-bit form shares its rows among the team: what is carried into a block follows from the samples, so
+// the bytes are those of one block, whatever the team. In place, and in 16 bits, it runs on one thread. False when
+// there is no memory.
 struct CSmoothFilter5x5 {
     static bool SmoothImage8(const CImage& src, CImage& dst, bool bDither);
     static bool SmoothImage16(const CShortImage& src, CShortImage& dst, bool bDither);

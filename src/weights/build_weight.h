@@ -11,15 +11,15 @@ namespace vkr {
 // frames' size, nDim = nExposureNum, each level half of the one above until the width is at most 1 << nTopLevel. At
 // level 0 the weights of a pixel sum to 128 when bNormalizeWeightEnable is set; at the others to about 128.
 //
-// The frames are smoothed first (5 x 5, with carry: the bytes depend on the size of the team that the calling thread
-// opens). Returns the number of levels; 0 when there was no memory.
+// The frames are smoothed first (5 x 5, with carry). Same bytes from any number of threads. Returns the number of
+// levels; 0 when there was no memory.
 
 // First build: takes each frame when its flag says that it is ready, and sleeps 5 ms when none is. Runs on a thread of
 // its own beside ghost detection.
 int BuildWeight(const CImage* vFrames, int nExposureNum, int nReference, const WeightParams& params,
                 const FaceAim& face, const PyramidParams& pyramid, ReadyFlags& flags, CImage* vWeights);
 
-// Second build, after the frames were re-linearised: no waiting, exposures smoothed in parallel, one block each. With
+// Second build, after the frames were re-linearised: no waiting, exposures smoothed in parallel. With
 // nFusionWeightSelect other than 1 the plain brightness is the raw weight, without the table.
 int RebuildWeight(const CImage* vFrames, int nExposureNum, int nReference, const WeightParams& params,
                   const FaceAim& face, const PyramidParams& pyramid, CImage* vWeights);

@@ -2,6 +2,8 @@
 
 #include <omp.h>
 
+#include <initializer_list>
+
 namespace vkr {
 
 // Sets the team that parallel loops of this thread get, for one scope.
@@ -17,10 +19,11 @@ private:
 };
 
 // Calls fn(nThreads) with teams of 1, 2 and 5 threads: more than this machine may have.
+constexpr std::initializer_list<int> kFewTeams = {1, 2, 5}, kManyTeams = {1, 2, 3, 5, 8, 64};
 template <class Fn>
-void ForThreads(const Fn& fn)
+void ForThreads(const Fn& fn, std::initializer_list<int> teams = kFewTeams)
 {
-    for (const int nThreads : {1, 2, 5}) {
+    for (const int nThreads : teams) {
         ThreadsScope scope(nThreads);
         fn(nThreads);
     }

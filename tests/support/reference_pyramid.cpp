@@ -25,7 +25,6 @@ public:
         if (bCarry) nCarry = nSum - nQuotient * m_nWeight;
         m_vOut.push_back(static_cast<T>(nQuotient));
     }
-    void ForgetCarry() { std::fill(m_vCarry.begin(), m_vCarry.end(), 0); }
     const Pixels<T>& Out() const { return m_vOut; }
 
 private:
@@ -124,15 +123,10 @@ long Mix31(bool bOdd, long b, long s, long a)
 }
 
 template <class T>
-Pixels<T> Smooth(const Pixels<T>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks)
+Pixels<T> Smooth(const Pixels<T>& vSrc, int w, int h, int nDim, bool bCarry)
 {
     Raster<T> raster(nDim, 256, bCarry ? Rest::kFloorCarry : Rest::kRound);
-    int nNextBlock = 0;
-    for (int y = 0, nBlock = 0; y < h; ++y) {
-        if (y == nNextBlock) {
-            raster.ForgetCarry();
-            nNextBlock += h / nBlocks + (nBlock++ < h % nBlocks ? 1 : 0);
-        }
+    for (int y = 0; y < h; ++y) {
         for (int x = 0; x < w; ++x) {
             for (int c = 0; c < nDim; ++c) raster.Put(SumTaps(vSrc, w, w, h, nDim, x, y, c, kTaps5, Inside));
         }
@@ -200,14 +194,14 @@ Pixels<int16_t> ReferenceDouble31Serial(const Pixels<int16_t>& vSrc, int w, int 
     return Double<int16_t>(WideRows(vSrc, w, h, nDim, Mix31), w, h, nDim, 16, rest, Mix31);
 }
 
-Pixels<uint8_t> ReferenceSmooth5(const Pixels<uint8_t>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks)
+Pixels<uint8_t> ReferenceSmooth5(const Pixels<uint8_t>& vSrc, int w, int h, int nDim, bool bCarry)
 {
-    return Smooth(vSrc, w, h, nDim, bCarry, nBlocks);
+    return Smooth(vSrc, w, h, nDim, bCarry);
 }
 
-Pixels<int16_t> ReferenceSmooth5(const Pixels<int16_t>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks)
+Pixels<int16_t> ReferenceSmooth5(const Pixels<int16_t>& vSrc, int w, int h, int nDim, bool bCarry)
 {
-    return Smooth(vSrc, w, h, nDim, bCarry, nBlocks);
+    return Smooth(vSrc, w, h, nDim, bCarry);
 }
 
 }  // namespace vkr

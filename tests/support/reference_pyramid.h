@@ -31,9 +31,8 @@ Pixels<uint8_t> ReferenceDouble31(const Pixels<uint8_t>& vSrc, int w, int h, int
 Pixels<int16_t> ReferenceDouble31Wrap(const Pixels<int16_t>& vSrc, int w, int h, int nDim);
 Pixels<int16_t> ReferenceDouble31Serial(const Pixels<int16_t>& vSrc, int w, int h, int nDim, bool bCarry);
 
-// 5 x 5 low-pass of the same size, in nBlocks blocks of rows, the first (h mod nBlocks) one row longer; a carry starts
-// at 0 in each.
-Pixels<uint8_t> ReferenceSmooth5(const Pixels<uint8_t>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks);
-Pixels<int16_t> ReferenceSmooth5(const Pixels<int16_t>& vSrc, int w, int h, int nDim, bool bCarry, int nBlocks);
+// 5 x 5 low-pass of the same size.
+Pixels<uint8_t> ReferenceSmooth5(const Pixels<uint8_t>& vSrc, int w, int h, int nDim, bool bCarry);
+Pixels<int16_t> ReferenceSmooth5(const Pixels<int16_t>& vSrc, int w, int h, int nDim, bool bCarry);
 
 }  // namespace vkr
