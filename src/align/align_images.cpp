@@ -7,7 +7,6 @@
 #include "align/align_pyramid.h"
 #include "align/frame_padding.h"
 #include "align/multiple_images_align_filter.h"
-#include "align/ransac.h"
 #include "align/valid_mask.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
@@ -151,7 +150,6 @@ bool CMultipleImagesAlignFilterOpt::AlignPadded(CYuvImage* vFrames, int nExposur
     const bool bDump = bDumpDebug && dumps.bEnable;
     if (!PadFrames(vFrames, nExposureNum, wPadded, hPadded)) return false;
     HdrPrintf("Global Alignement Start\n!!!");
-    SeedAlignRandom();
 
     AlignPyramids pyramids;
     const AlignPyramidParams params{nFeatureMatchLevel, std::min(nHistogramMatchingLevel, nFeatureMatchLevel),
@@ -169,6 +167,7 @@ bool CMultipleImagesAlignFilterOpt::AlignPadded(CYuvImage* vFrames, int nExposur
 // One pair after the other: each maps its first picture in place, and the random numbers are one sequence.
 bool CMultipleImagesAlignFilterOpt::MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, bool bDump)
 {
+    AlignRandom random;
     for (int j = 0; j + 1 < pyramids.ExposureNum(); ++j) {
         pyramids.MapHistogram(j);
         if (bDump) DumpMappedPyramid(pyramids, j);
@@ -178,7 +177,8 @@ bool CMultipleImagesAlignFilterOpt::MatchPairs(AlignPyramids& pyramids, int nRef
         report.nSecond = j + 1;
         Tic();
         m_H[j] = IdentityHomography();
-        report.bAligned = PyramidFeatureMatch(pyramids.Levels(j), pyramids.Levels(j + 1), m_H[j], bDump, report);
+        report.bAligned =
+            PyramidFeatureMatch(pyramids.Levels(j), pyramids.Levels(j + 1), random, m_H[j], bDump, report);
         Toc("==== ==== ==== PyramidFeatureMatch Done");
         if (m_H[j].Rows() != 3) return false;
         for (int i = 0; i < 9; ++i) report.vHomography[i] = m_H[j].At(i / 3, i % 3);

@@ -21,8 +21,8 @@ struct InitMatchParams {
 //   matches           receives the pairs in the order of pFirst: x, y, fResponse of both sides
 //   returns           whether there are at least nMinFeatureNum pairs; false without memory, then with none
 //
-// Same pairs from any number of threads, unless two features of the first list choose the same partner: then one of
-// them decides the partner's nMatch, which nothing reads.
+// Where features of the first list choose one partner, the last of them decides the partner's nMatch. Same pairs from
+// any number of threads.
 bool FindInitMatchPair(const CImage& first, const CImage& second, FeaturePoint* pFirst, int nFirst,
                        FeaturePoint* pSecond, int nSecond, const InitMatchParams& params, int nOffsetX, int nOffsetY,
                        MatchList& matches);

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "algebra/matrix.h"
+#include "align/align_random.h"
 #include "align/feature_point_detection.h"
 #include "align/homograph_mapping_filter.h"
 #include "align/match_list.h"
@@ -65,8 +66,9 @@ public:
     // Brings the exposures onto exposure nReference, in place, and writes one mask per exposure (kMaxExposures records,
     // 255 where the frame covers the picture: of the frame's size, padded to what the pyramid asks for, for the
     // reference; of half that for the others). A pair of neighbours that can not be matched keeps its places; with
-    // bDropAlignFail it also narrows range, which comes as 0 .. nExposureNum. Same bytes from any number of threads, as
-    // long XX
+    // bDropAlignFail it also narrows range, which comes as 0 .. nExposureNum. Same bytes from any number of threads.
+    // False when there was no memory; the frames have their own size again on
+    // every way out, though then not all of them are warped.
     bool AlignImages(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range,
                      const AlignDumps& dumps = {});
 
@@ -77,11 +79,11 @@ private:
     bool AlignPadded(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range,
                      const AlignDumps& dumps);
     bool MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, bool bDump);
-    bool PyramidFeatureMatch(const CImage* pFirst, const CImage* pSecond, CMatrix& homography, bool bDump,
-                             AlignedPair& report);
+    bool PyramidFeatureMatch(const CImage* pFirst, const CImage* pSecond, AlignRandom& random, CMatrix& homography,
+                             bool bDump, AlignedPair& report);
     bool DetectFeatures(const CImage* pLevels, FeaturePoint* pFeatures, int& nCount, int nWhich, bool bDump) const;
-    bool EstimateHomography(const CImage& first, const CImage& second, const MatchList& matches, CMatrix& homography,
-                            AlignedPair& report);
+    bool EstimateHomography(const CImage& first, const CImage& second, const MatchList& matches, AlignRandom& random,
+                            CMatrix& homography, AlignedPair& report);
     void ComposeHomographies(int nExposureNum, int nReference, CMatrix* vToReference) const;
     bool WarpFrames(CYuvImage* vFrames, int nExposureNum, int nReference, const CMatrix* vToReference,
                     CImage* vAlignMasks, const AlignDumps& dumps);

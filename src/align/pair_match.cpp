@@ -58,7 +58,8 @@ bool CMultipleImagesAlignFilterOpt::DetectFeatures(const CImage* pLevels, Featur
 }
 
 bool CMultipleImagesAlignFilterOpt::PyramidFeatureMatch(const CImage* pFirst, const CImage* pSecond,
-                                                        CMatrix& homography, bool bDump, AlignedPair& report)
+                                                        AlignRandom& random, CMatrix& homography, bool bDump,
+                                                        AlignedPair& report)
 {
     HeapBuffer<FeaturePoint> scratch;  // features of both pictures, then both sides of the pairs
     if (!scratch.Allocate(4 * static_cast<size_t>(kMaxFeatures))) return false;
@@ -90,13 +91,13 @@ bool CMultipleImagesAlignFilterOpt::PyramidFeatureMatch(const CImage* pFirst, co
         HdrPrintf("Final Match Pair=%d\n", matches.nCount);
         if (bDump) DumpMatches("FinalMatch", m_szPairTag, pFirst[0], pSecond[0], matches);
     }
-    return EstimateHomography(pFirst[0], pSecond[0], matches, homography, report);
+    return EstimateHomography(pFirst[0], pSecond[0], matches, random, homography, report);
 }
 
 // A link that can not be inverted counts as a failed pair, however many points agree with it.
 bool CMultipleImagesAlignFilterOpt::EstimateHomography(const CImage& first, const CImage& second,
-                                                       const MatchList& matches, CMatrix& homography,
-                                                       AlignedPair& report)
+                                                       const MatchList& matches, AlignRandom& random,
+                                                       CMatrix& homography, AlignedPair& report)
 {
     const RansacParams params{nRANSACMaxIt,
                               {nRANSACThre[0], nRANSACThre[1]},
@@ -104,7 +105,7 @@ bool CMultipleImagesAlignFilterOpt::EstimateHomography(const CImage& first, cons
                               {first.nWidth, second.nWidth},
                               {first.nHeight, second.nHeight}};
     CMatrix estimate = IdentityHomography();
-    report.nInliers = Ransac(matches, params, estimate);
+    report.nInliers = Ransac(matches, params, random, estimate);
     if (report.nInliers < matches.nCount * nRANSACPsThre[0] / 100) {
         HdrPrintf("Too few match in RANSAC");
         return false;

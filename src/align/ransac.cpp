@@ -47,12 +47,12 @@ void CentrePairs(const MatchList& matches, const RansacParams& params, CentredPa
 }
 
 // Four ascending distinct indices below n >= 4, not evenly spread: each draw leaves room for those that follow.
-void DrawSample(int n, int* pIndices)
+void DrawSample(int n, AlignRandom& random, int* pIndices)
 {
-    pIndices[0] = AlignRandom() % (n - 3);
+    pIndices[0] = random.Next() % (n - 3);
     for (int i = 1; i < kSampleSize; ++i) {
         const int nPrevious = pIndices[i - 1];
-        pIndices[i] = AlignRandom() % (n - 4 + i - nPrevious) + nPrevious + 1;
+        pIndices[i] = random.Next() % (n - 4 + i - nPrevious) + nPrevious + 1;
     }
 }
 
@@ -89,10 +89,10 @@ int CountInliers(const CentredPairs& pairs, const CMatrix& homography, int nLimi
 
 // Fits a random sample, then all pairs that agree with it. Returns how many agree with the second fit; 0 when the
 // sample finds no more than itself.
-int TrySample(CentredPairs& pairs, const RansacParams& params, CMatrix& homography)
+int TrySample(CentredPairs& pairs, const RansacParams& params, AlignRandom& random, CMatrix& homography)
 {
     int vIndices[kSampleSize];
-    DrawSample(pairs.nCount, vIndices);
+    DrawSample(pairs.nCount, random, vIndices);
     for (int i = 0; i < kSampleSize; ++i) pairs.CopyToSubset(i, vIndices[i]);
     if (!pairs.SolveSubset(kSampleSize, homography)) return 0;
     const int nInliers = CopyInliersToSubset(pairs, homography, params.nThre[0]);
@@ -108,7 +108,7 @@ void PrintBetter(int nIteration, int nInliers, int nPreExitThre, const CMatrix& 
 
 }  // namespace
 
-int Ransac(const MatchList& matches, const RansacParams& params, CMatrix& homography)
+int Ransac(const MatchList& matches, const RansacParams& params, AlignRandom& random, CMatrix& homography)
 {
     CentredPairs pairs;
     if (matches.nCount < kSampleSize || !pairs.Take(matches.nCount)) return 0;
@@ -117,7 +117,7 @@ int Ransac(const MatchList& matches, const RansacParams& params, CMatrix& homogr
     CMatrix candidate;
     int nBest = 0, nIteration = 0;
     for (; nIteration < params.nMaxIt; ++nIteration) {
-        const int nInliers = TrySample(pairs, params, candidate);
+        const int nInliers = TrySample(pairs, params, random, candidate);
         if (nInliers <= nBest) continue;
         homography.Swap(candidate);
         PrintBetter(nIteration, nInliers, nPreExitThre, homography);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "align/align_random.h"
 #include "align/homography_solver.h"
 #include "align/match_list.h"
 
@@ -14,12 +15,8 @@ struct RansacParams {
 
 // The homography, from centred points (x - width / 2, y - height / 2) of the second picture to the first, that most
 // pairs agree with. Returns their number; homography is written only when it is above 0. Fewer than four pairs or no
-// memory: 0. Four random numbers an iteration come from AlignRandom, on the calling thread: the same seed and the same
-// pairs give the same bits. Prints every better homography and the number of iterations.
-int Ransac(const MatchList& matches, const RansacParams& params, CMatrix& homography);
-
-// The C library's generator behind one seam: the samples of a burst are fixed by the seed. From one thread at a time.
-void SeedAlignRandom();  // 455
-int AlignRandom();       // 0 .. RAND_MAX
+// memory: 0. Four numbers an iteration are drawn from random: the same numbers and the same pairs give the same bits.
+// Prints every better homography and the number of iterations.
+int Ransac(const MatchList& matches, const RansacParams& params, AlignRandom& random, CMatrix& homography);
 
 }  // namespace vkr

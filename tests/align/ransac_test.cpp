@@ -48,8 +48,8 @@ RansacParams Params()
 
 int RunSeeded(Pairs& pairs, const RansacParams& params, CMatrix& homography)
 {
-    SeedAlignRandom();
-    return Ransac(pairs.List(), params, homography);
+    AlignRandom random;
+    return Ransac(pairs.List(), params, random, homography);
 }
 
 void ExpectTranslation(const CMatrix& h, double fX, double fY)
@@ -134,11 +134,25 @@ TEST(Ransac, DrawsFourNumbersAnIteration)
     params.nPsThre[1] = 100;
     params.nMaxIt = 5;
     CMatrix homography;
-    RunSeeded(pairs, params, homography);
-    const int nNext = AlignRandom();
-    std::srand(455);
-    for (int i = 0; i < 20; ++i) std::rand();
-    EXPECT_EQ(std::rand(), nNext);
+    AlignRandom random, same;
+    Ransac(pairs.List(), params, random, homography);
+    for (int i = 0; i < 20; ++i) same.Next();
+    EXPECT_EQ(same.Next(), random.Next());
+}
+
+// The sequence that everybody knows, and where the C library has it a long run, also from the seeds at the ends.
+TEST(AlignRandom, DrawsTheNumbersOfTheCLibrary)
+{
+    AlignRandom one(1);
+    for (const int nWant : {1804289383, 846930886, 1681692777, 1714636915, 1957747793}) EXPECT_EQ(nWant, one.Next());
+#ifdef __GLIBC__
+    for (const uint32_t nSeed : {AlignRandom::kSeed, 0U, 1U, 2147483647U, 2147483648U, 4294967295U}) {
+        SCOPED_TRACE(nSeed);
+        AlignRandom random(nSeed);
+        std::srand(nSeed);
+        for (int i = 0; i < 20000; ++i) ASSERT_EQ(std::rand(), random.Next()) << i;
+    }
+#endif
 }
 
 // The sample decides which pairs are fitted: replayed here from the same numbers.
@@ -146,10 +160,10 @@ TEST(Ransac, SamplesAscendingIndicesFromTheDraws)
 {
     LinesScope lines;
     const int n = 9;
-    for (int nSeed = 0; nSeed < 40; ++nSeed) {
-        std::srand(static_cast<unsigned>(nSeed));
-        int vIndices[4] = {std::rand() % (n - 3)};
-        for (int i = 1; i < 4; ++i) vIndices[i] = std::rand() % (n - 4 + i - vIndices[i - 1]) + vIndices[i - 1] + 1;
+    for (uint32_t nSeed = 0; nSeed < 40; ++nSeed) {
+        AlignRandom draws(nSeed), random(nSeed);
+        int vIndices[4] = {draws.Next() % (n - 3)};
+        for (int i = 1; i < 4; ++i) vIndices[i] = draws.Next() % (n - 4 + i - vIndices[i - 1]) + vIndices[i - 1] + 1;
         // Only the pairs of this sample and one more agree on a shift.
         Pairs pairs;
         const int vX[n] = {10, 300, 80, 500, 200, 420, 150, 330, 60},
@@ -163,9 +177,8 @@ TEST(Ransac, SamplesAscendingIndicesFromTheDraws)
         RansacParams params = Params();
         params.nMaxIt = 1;
         params.nThre[0] = params.nThre[1] = 1;
-        std::srand(static_cast<unsigned>(nSeed));
         CMatrix homography;
-        EXPECT_EQ(5, Ransac(pairs.List(), params, homography)) << nSeed;
+        EXPECT_EQ(5, Ransac(pairs.List(), params, random, homography)) << nSeed;
     }
 }
 

@@ -26,9 +26,7 @@ TEST(FusionPath, TheSameBurstGivesTheSameBytesFromRunToRun)
     });
 }
 
-// The smoothed pictures behind the weights carry roundings per block of rows, so their bytes follow the team. With one
-// weight for every brightness that has no influence, and everything else must be independent of the team.
-TEST(FusionPath, TheTeamChangesNothingButTheSmoothingOfTheWeights)
+TEST(FusionPath, TheTeamChangesNothing)
 {
     LinesScope lines;
     for (const int nExposureNum : {2, 3, 5}) {
@@ -36,8 +34,6 @@ TEST(FusionPath, TheTeamChangesNothingButTheSmoothingOfTheWeights)
             std::vector<uint8_t> vOneThread;
             ForThreads([&](int nThreads) {
                 const auto pEngine = EngineWithBurst(150, 134, nExposureNum);
-                std::fill(pEngine->pBrightnessWList, pEngine->pBrightnessWList + 8, 64);
-                std::fill(pEngine->pBrightnessWListRef, pEngine->pBrightnessWListRef + 8, 64);
                 pEngine->bPyramidFilter = bFilter;
                 pEngine->bUpScaleImageDither = pEngine->bDownScaleImageDither = 1;
                 const auto vPixels = Fuse(*pEngine, nExposureNum, 1);
