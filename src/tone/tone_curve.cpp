@@ -1,10 +1,10 @@
 #include "tone/tone_curve.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "foundation/fixed_point.h"
 #include "foundation/log.h"
+#include "tone/power.h"
 
 namespace vkr {
 
@@ -13,7 +13,7 @@ namespace {
 // Means 1 .. 255. At nIn 255 the quotient is minus infinity.
 float GammaBetween(int32_t nIn, int32_t nOut)
 {
-    return std::log(static_cast<float>(nOut) / 255.0F) / std::log(static_cast<float>(nIn) / 255.0F);
+    return NaturalLog(static_cast<float>(nOut) / 255.0F) / NaturalLog(static_cast<float>(nIn) / 255.0F);
 }
 
 float LimitGamma(float fGamma, int32_t nMaxGamma)
@@ -24,7 +24,7 @@ float LimitGamma(float fGamma, int32_t nMaxGamma)
 
 int32_t GammaValue(int32_t i, float fGamma)
 {
-    const float fPower = std::pow(static_cast<float>(i) / 255.0F, 1.0F / fGamma);
+    const float fPower = Power(static_cast<float>(i) / 255.0F, 1.0F / fGamma);
     const float v = 0.5F + fPower * 255.0F;
     return std::min(Clamp(static_cast<int32_t>(v), 0, 255), 2 * i);
 }

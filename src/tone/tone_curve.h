@@ -14,7 +14,7 @@ struct GammaLut {
 // The curve that brings the mean brightness back after a stretch: the identity, unless bBrightnessPRSV is set and the
 // stretch has darkened the mean (both taken into 1 .. 255). Then a power curve that takes nOutMean to nInMean, gamma
 // within 1.0 .. nMaxGamma / 100, and no value more than doubled, so that the deepest shadows are not lifted. In 32-bit
-// floats. True if the curve is applied.
+// floats, the same bits on every machine. True if the curve is applied.
 bool BuildGammaLut(int32_t nInMean, int32_t nOutMean, const ToneParams& params, GammaLut& gammaLut);
 
 // The same curve for the HSV stretch, which makes a dark picture brighter but leaves a bright one: nOutMean also has to

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "support/quiet_lines.h"
 
 namespace vkr {
@@ -70,6 +72,34 @@ TEST(BuildGammaLut, AtMostDoublesAValue)
     for (int i = 0; i < 63; ++i) EXPECT_EQ(lut.vValue[i], 2 * i);
     EXPECT_EQ(lut.vValue[64], 128);   // 0.5 + 255 * sqrt(64 / 255) = 128.2
     EXPECT_EQ(lut.vValue[100], 160);  // 160.2
+}
+
+// Every curve that means and limits can ask for has the values of the C library's floats, whose last bit may differ.
+TEST(BuildGammaLut, HasTheValuesOfTheCLibraryForAllMeans)
+{
+    LinesScope lines;
+    ToneParams params;
+    params.bBrightnessPRSV = 1;
+    const auto ExpectPower = [&](int nIn, int nOut, float fGamma) {
+        GammaLut lut;
+        ASSERT_TRUE(BuildGammaLut(nIn, nOut, params, lut));
+        for (int i = 0; i < 256; ++i) {
+            const float v = 0.5F + std::pow(static_cast<float>(i) / 255.0F, 1.0F / fGamma) * 255.0F;
+            ASSERT_EQ(std::min(static_cast<int>(v), 2 * i), lut.vValue[i]) << nIn << " " << nOut << " " << i;
+        }
+    };
+    params.nMaxGamma = 200;
+    for (int nIn = 2; nIn < 255; ++nIn) {
+        for (int nOut = nIn - 1; nOut > 0; --nOut) {
+            const float fGamma =
+                std::log(static_cast<float>(nOut) / 255.0F) / std::log(static_cast<float>(nIn) / 255.0F);
+            if (fGamma * 100.0F > 200.0F) break;
+            ExpectPower(nIn, nOut, fGamma);
+        }
+    }
+    for (params.nMaxGamma = 100; params.nMaxGamma <= 200; ++params.nMaxGamma) {
+        ExpectPower(200, 1, static_cast<float>(params.nMaxGamma) / 100.0F);
+    }
 }
 
 }  // namespace
