@@ -18,8 +18,9 @@ namespace vkr {
 //             these functions
 //   threads   any number, on different destinations and remainders
 
-// In 8 bits the fraction of a sample in 1/256, so that behind sums of shift 8 it is their total modulo 256; in 16 bits the remainder itself, which has the sign of the sum, or in
-// the Floor forms is never below 0. The two do not mix along one raster.
+// In 8 bits the fraction of a sample in 1/256, so that behind sums of shift 8 it is their total modulo 256; in 16 bits
+// the remainder itself, which has the sign of the sum, or in the Floor forms is never below 0. The two do not mix along
+// one raster.
 template <class T>
 using Remainder = std::conditional_t<sizeof(T) == 1, uint8_t, int32_t>;
 
