@@ -47,7 +47,8 @@ PictureKind KindOfPath(const std::string& sPath);
 // All readers throw BurstError, with sName in front, on what they can not read.
 
 // 4:2:0 is taken as it is stored, without any conversion; other YCbCr and grey lose chroma resolution alone; R, G, B is
-// converted; CMYK is refused. sWarning receives what the decoder complained about, if it could go on.
+// converted; CMYK is refused, and so is what is not there whole (see jpeg_decoder.h). sWarning receives what the
+// decoder complained about although nothing is missing.
 StoredFrame ReadJpeg(const Bytes& vBytes, const std::string& sName, std::string& sWarning);
 Bytes WriteJpeg(const Frame& frame, int nQuality);  // 4:2:0, the planes as they are; quality 1 .. 100
 
