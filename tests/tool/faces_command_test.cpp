@@ -75,6 +75,23 @@ TEST_F(FacesCommand, FuseTakesTheModelFromTheSharedFolder)
     EXPECT_TRUE(std::filesystem::exists(m_folder.Path("dumps/AISeg/Input_Level0.bmp")));
     unsetenv("VKRHDR_TEST_SHARE");
 }
+
+TEST_F(FacesCommand, NamesADamagedModelAndFusesWithout)
+{
+    MakeModel(".");
+    const std::string sModel = m_folder.Path(kFaceModelPath);
+    const auto nWhole = std::filesystem::file_size(sModel);
+    for (const uintmax_t nSize : {nWhole / 2, uintmax_t{0}, uintmax_t{1} << 30}) {
+        std::filesystem::resize_file(sModel, nSize);
+        const ToolRun faces = RunTool(m_folder, {"faces", "b.jpg"});
+        EXPECT_EQ(1, faces.nStatus);
+        EXPECT_EQ(1, faces.ErrorLines()) << faces.sErr;
+        EXPECT_NE(std::string::npos, faces.sErr.find(std::string(kFaceModelPath) + " is damaged")) << faces.sErr;
+        const ToolRun fuse = RunTool(m_folder, {"fuse", "b.jpg", "b.jpg", "-o", "out.png"});
+        EXPECT_EQ(0, fuse.nStatus);
+        EXPECT_NE(std::string::npos, fuse.sErr.find("no face is looked for: ")) << fuse.sErr;
+    }
+}
 #endif
 
 TEST_F(FacesCommand, WithoutTheModelItSaysWhatHelps)

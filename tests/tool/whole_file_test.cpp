@@ -48,11 +48,30 @@ TEST(WriteWholeFile, LeavesAllAsItWasOnFailure)
     EXPECT_EQ(Names{"taken/"}, folder.Names());
 }
 
-TEST(ReadWholeFile, RefusesFoldersAndWhatIsMissing)
+// Also what would keep a reader waiting or reading for ever; none of it is even opened for long.
+TEST(ReadWholeFile, RefusesWhatIsNoFileOrTooLarge)
 {
     const TestFolder folder;
-    EXPECT_THROW(ReadWholeFile(folder.Root()), BurstError);
-    EXPECT_THROW(ReadWholeFile(folder.Path("missing")), BurstError);
+    ASSERT_EQ(0, mkfifo(folder.Path("pipe").c_str(), 0600));
+    WriteWholeFile(folder.Path("ten"), Bytes(10));
+    WriteWholeFile(folder.Path("huge"), {});
+    std::filesystem::resize_file(folder.Path("huge"), size_t{1} << 30);
+    EXPECT_EQ(10u, ReadWholeFile(folder.Path("ten"), 10).size());
+    const struct {
+        std::string sPath, sWords;
+        size_t nMost;
+    } vCases[] = {
+        {folder.Root(), "is a folder", 10},         {folder.Path("missing"), "can not be read", 10},
+        {folder.Path("pipe"), "is a pipe", 10},     {"/dev/zero", "is a device", 10},
+        {folder.Path("ten"), "more than the 9", 9}, {folder.Path("huge"), "1073741824 bytes", kMostPictureBytes}};
+    for (const auto& c : vCases) {
+        try {
+            ReadWholeFile(c.sPath, c.nMost);
+            ADD_FAILURE() << c.sPath;
+        } catch (const BurstError& error) {
+            EXPECT_NE(std::string::npos, std::string(error.what()).find(c.sWords)) << error.what();
+        }
+    }
 }
 
 TEST(TemporaryFile, IsGoneAtScopeEnd)

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "run_tool.h"
 
@@ -100,7 +101,17 @@ TEST_F(WrongUse, OfPicturesEndsWithStatus1)
     ExpectRefused({"fuse", "a.jpg", "text.txt", "-o", "out.jpg"}, 1, "text.txt: is neither a JPEG nor a PNG");
     ExpectRefused({"fuse", "a.jpg", "-o", "out.raw", "--raw", "nv12", "--size", "64x48"}, 1, "bytes");
     std::filesystem::create_directory(m_folder.Path("taken.jpg"));
+    WriteWholeFile(m_folder.Path("huge"), {});
+    std::filesystem::resize_file(m_folder.Path("huge"), size_t{1} << 30);
+    ASSERT_EQ(0, mkfifo(m_folder.Path("pipe").c_str(), 0600));
     m_vBefore = m_folder.Names();
+    ExpectRefused({"fuse", "a.jpg", "pipe", "-o", "out.jpg"}, 1, "pipe: is a pipe");
+    ExpectRefused({"fuse", "a.jpg", "/dev/zero", "-o", "out.jpg"}, 1, "/dev/zero: is a device");
+    ExpectRefused({"fuse", "huge", "-o", "out.jpg"}, 1, "huge: has 1073741824 bytes");
+    ExpectRefused({"fuse", "huge", "-o", "o.raw", "--raw", "nv12", "--size", "64x48"}, 1, "more than the 4608");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--params", "pipe"}, 1, "pipe: is a pipe");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--params", "huge"}, 1, "more than the 16777216");
+    ExpectRefused({"encipher", "/dev/zero", "-o", "out.bin"}, 1, "/dev/zero: is a device");
     ExpectRefused({"fuse", "a.jpg", "b.jpg", "-o", "taken.jpg"}, 1, "no ordinary file");
 }
 

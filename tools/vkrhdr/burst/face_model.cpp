@@ -1,10 +1,16 @@
 #include "burst/face_model.h"
 
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <vector>
 
 #include "face/face_search.h"
+#include "face/tfutils.h"
 
 namespace vkr::tool {
 
@@ -23,6 +29,36 @@ std::vector<fs::path> ModelFolders()
     return vFolders;
 }
 
+constexpr size_t kMostModelBytes = size_t{64} << 20;
+
+// The library ends the process on a model that does not load, so another one tries it first: no thread of a team has a
+// part in a load, hence a fork is enough.
+bool Loads(const fs::path& model)
+{
+    const pid_t nChild = fork();
+    if (nChild < 0) return true;
+    if (nChild == 0) {
+        const int nNowhere = open("/dev/null", O_WRONLY);
+        dup2(nNowhere, STDOUT_FILENO);
+        dup2(nNowhere, STDERR_FILENO);
+        const CTfModel trial(model.c_str(), 0);
+        _exit(0);
+    }
+    int nStatus = 0;
+    while (waitpid(nChild, &nStatus, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
+}
+
+// Empty when the library may be asked for it.
+std::string WhyUnusable(const fs::path& model)
+{
+    std::error_code error;
+    const bool bSizeFits = fs::file_size(model, error) <= kMostModelBytes && !error;
+    if (bSizeFits && Loads(model)) return "";
+    return model.string() + " is damaged; tools/face_model/make makes it anew";
+}
+
 }  // namespace
 
 std::string FindFaceModel()
@@ -32,7 +68,7 @@ std::string FindFaceModel()
         std::error_code error;
         if (!fs::is_regular_file(folder / kFaceModelPath, error)) continue;
         SetFaceModelFolder(folder.string());
-        return "";
+        return WhyUnusable(folder / kFaceModelPath);
     }
     return std::string("there is no ") + kFaceModelPath + "; tools/face_model/make makes it";
 }

@@ -27,7 +27,8 @@ Photo ReadPhoto(const BurstChoice& choice, const std::string& sName, Remarks& re
 {
     Photo photo;
     photo.sName = sName;
-    photo.vFile = ReadWholeFile(sName);
+    const size_t nRaw = RawFrameBytes(choice.rawSize.nWidth, choice.rawSize.nHeight);
+    photo.vFile = ReadWholeFile(sName, choice.IsRaw() ? nRaw : kMostPictureBytes);
     photo.frame = ReadFrame(choice, photo.vFile, sName, remarks);
     if (!choice.IsRaw()) photo.info = ReadPhotoInfo(photo.vFile);
     return photo;

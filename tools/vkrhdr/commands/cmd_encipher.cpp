@@ -66,7 +66,7 @@ void RunEncipher(const EncipherOptions& options, Remarks& remarks)
     if (!sVersion.empty() && (sVersion.size() < 7 || sVersion.size() > 64 || sVersion.find(';') != std::string::npos)) {
         throw UsageError("--cfg-version takes 7 to 64 characters without ';'");
     }
-    Bytes vText = ReadWholeFile(options.sInput);
+    Bytes vText = ReadWholeFile(options.sInput, kEncipheredMost);
     if (IsEnciphered(vText.data(), vText.size())) throw BurstError(options.sInput + " is enciphered already");
     if (!sVersion.empty()) AppendVersion(options.sInput, sVersion, vText);
     Bytes vFile(kEncipheredHead + vText.size());
@@ -81,7 +81,7 @@ void RunEncipher(const EncipherOptions& options, Remarks& remarks)
 
 void RunDecipher(const EncipherOptions& options)
 {
-    Bytes vFile = ReadWholeFile(options.sInput);
+    Bytes vFile = ReadWholeFile(options.sInput, kEncipheredMost);
     if (!IsEnciphered(vFile.data(), vFile.size()) || vFile.size() < kEncipheredHead) {
         throw BurstError(options.sInput + " is no enciphered parameter file");
     }

@@ -85,7 +85,7 @@ ToolParameters::ToolParameters(Base base) : m_pFlow(std::make_unique<CMultiExpos
 
 void ToolParameters::Load(const std::string& sPath, LibraryLines& lines, std::string& sWarning)
 {
-    const Bytes vFile = ReadWholeFile(sPath);
+    const Bytes vFile = ReadWholeFile(sPath, kEncipheredMost);
     if (IsEnciphered(vFile.data(), vFile.size())) return LoadEnciphered(sPath, vFile, lines);
     lines.TakeLastMessage();
     const bool bLoaded = m_pFlow->LoadParameterFile(sPath.c_str());

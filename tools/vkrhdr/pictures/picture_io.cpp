@@ -44,9 +44,14 @@ PictureKind KindOfPath(const std::string& sPath)
     return sEnd == ".png" ? PictureKind::kPng : PictureKind::kRaw;
 }
 
+size_t RawFrameBytes(int w, int h)
+{
+    return static_cast<size_t>(w) * h / 2 * 3;
+}
+
 Frame ReadRaw(const Bytes& vBytes, int w, int h, bool bCrFirst, const std::string& sName)
 {
-    const size_t nWant = static_cast<size_t>(w) * h / 2 * 3;
+    const size_t nWant = RawFrameBytes(w, h);
     if (vBytes.size() != nWant) {
         throw BurstError(sName + ": has " + std::to_string(vBytes.size()) + " bytes, a frame of " + std::to_string(w) +
                          "x" + std::to_string(h) + " has " + std::to_string(nWant));

@@ -56,7 +56,8 @@ Bytes WriteJpeg(const Frame& frame, int nQuality);  // 4:2:0, the planes as they
 Raster ReadPng(const Bytes& vBytes, const std::string& sName);
 Bytes WritePng(const Raster& raster, bool bFast = false);  // fast: larger files
 
-// Exactly one frame of w x h, both even.
+// Exactly one frame of w x h, both even: RawFrameBytes of them.
+size_t RawFrameBytes(int w, int h);
 Frame ReadRaw(const Bytes& vBytes, int w, int h, bool bCrFirst, const std::string& sName);
 Bytes WriteRaw(const Frame& frame);
 

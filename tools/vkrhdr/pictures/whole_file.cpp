@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 
 #include "pictures/tool_error.h"
@@ -24,6 +23,55 @@ namespace fs = std::filesystem;
 {
     throw BurstError(sPath + ": " + pWhat + ": " + std::strerror(errno));
 }
+
+// An ordinary file, open for reading. Of a pipe the opening would wait for a writer, were it not told not to.
+class InputFile {
+public:
+    explicit InputFile(const std::string& sPath) : m_sPath(sPath)
+    {
+        m_nFile = open(sPath.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        struct stat info {};
+        if (m_nFile < 0 ? stat(sPath.c_str(), &info) != 0 : fstat(m_nFile, &info) != 0) Refuse();
+        if (!S_ISREG(info.st_mode)) {
+            if (m_nFile >= 0) close(m_nFile);
+            throw BurstError(sPath + ": is " + KindName(info.st_mode) + ", no ordinary file");
+        }
+        if (m_nFile < 0) Refuse();
+        m_nSize = static_cast<size_t>(info.st_size);
+    }
+    ~InputFile() { close(m_nFile); }
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    size_t Size() const { return m_nSize; }
+
+    // As many bytes as there were when it was opened; of a file that shrinks meanwhile, those that are left.
+    void Read(Bytes& vBytes) const
+    {
+        size_t nDone = 0;
+        while (nDone < vBytes.size()) {
+            const ssize_t n = read(m_nFile, vBytes.data() + nDone, vBytes.size() - nDone);
+            if (n < 0 && errno == EINTR) continue;
+            if (n < 0) Fail(m_sPath, "can not be read");
+            if (n == 0) vBytes.resize(nDone);
+            nDone += static_cast<size_t>(n);
+        }
+    }
+
+private:
+    [[noreturn]] void Refuse() const { Fail(m_sPath, "can not be read"); }
+
+    static const char* KindName(mode_t nMode)
+    {
+        if (S_ISDIR(nMode)) return "a folder";
+        if (S_ISFIFO(nMode)) return "a pipe";
+        return S_ISSOCK(nMode) ? "a socket" : "a device";
+    }
+
+    const std::string& m_sPath;
+    int m_nFile = -1;
+    size_t m_nSize = 0;
+};
 
 // A name of our own next to a file, open for writing; closed and removed unless it was moved to its place.
 class Draft {
@@ -82,22 +130,16 @@ std::string RealPlace(const std::string& sPath)
 
 }  // namespace
 
-Bytes ReadWholeFile(const std::string& sPath)
+Bytes ReadWholeFile(const std::string& sPath, size_t nMost)
 {
-    std::error_code error;
-    if (fs::is_directory(sPath, error)) throw BurstError(sPath + ": is a folder, not a picture");
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(sPath.c_str(), "rb"), &std::fclose);
-    if (!file) Fail(sPath, "can not be read");
-    Bytes vBytes;
-    constexpr size_t nPiece = 1 << 20;
-    size_t nRead = nPiece;
-    while (nRead == nPiece) {
-        const size_t nHave = vBytes.size();
-        vBytes.resize(nHave + nPiece);
-        nRead = std::fread(vBytes.data() + nHave, 1, nPiece, file.get());
-        vBytes.resize(nHave + nRead);
+    const InputFile file(sPath);
+    const size_t nSize = file.Size();
+    if (nSize > nMost) {
+        throw BurstError(sPath + ": has " + std::to_string(nSize) + " bytes, more than the " + std::to_string(nMost) +
+                         " that are taken here");
     }
-    if (std::ferror(file.get())) Fail(sPath, "can not be read");
+    Bytes vBytes(nSize);
+    file.Read(vBytes);
     return vBytes;
 }
 

@@ -9,8 +9,12 @@ namespace vkr::tool {
 
 using Bytes = std::vector<uint8_t>;
 
-// The file's bytes. BurstError when it can not be read.
-Bytes ReadWholeFile(const std::string& sPath);
+// What a JPEG or PNG may have at most: far above any picture of 16384 x 16384 pixels that a camera writes.
+constexpr size_t kMostPictureBytes = size_t{512} << 20;
+
+// The file's bytes. BurstError when it can not be read, is no ordinary file (what may have no end is not even waited
+// for) or has more than nMost bytes.
+Bytes ReadWholeFile(const std::string& sPath, size_t nMost = kMostPictureBytes);
 
 // A file that is there whole or not at all: written beside its place under another name, then renamed, so that a reader
 // never meets half of it and a failure leaves what stood there before. BurstError when it can not be written; nothing
