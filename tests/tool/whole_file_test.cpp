@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <csignal>
+
 #include "pictures/tool_error.h"
 #include "run_tool.h"
 
@@ -39,13 +41,37 @@ TEST(WriteWholeFile, FollowsTheUsersMaskAndLinks)
     EXPECT_EQ(Bytes{2}, ReadWholeFile(folder.Path("a")));
 }
 
+TEST(WriteWholeFile, TakesTheLongestNames)
+{
+    const TestFolder folder;
+    const std::string sName(255, 'n');
+    WriteWholeFile(folder.Path(sName), {1});
+    EXPECT_EQ(Names{sName}, folder.Names());
+}
+
 TEST(WriteWholeFile, LeavesAllAsItWasOnFailure)
 {
     const TestFolder folder;
     std::filesystem::create_directory(folder.Path("taken"));
-    EXPECT_THROW(WriteWholeFile(folder.Path("taken"), {1}), BurstError);
-    EXPECT_THROW(WriteWholeFile(folder.Path("missing/a"), {1}), BurstError);
-    EXPECT_EQ(Names{"taken/"}, folder.Names());
+    std::filesystem::create_symlink("missing", folder.Path("dangling"));
+    for (const char* pName : {"taken", "missing/a", "dangling"}) {
+        EXPECT_THROW(WriteWholeFile(folder.Path(pName), {1}), BurstError) << pName;
+    }
+    EXPECT_EQ((Names{"dangling", "taken/"}), folder.Names());
+}
+
+TEST(WriteWholeFile, KeepsAProtectedFileUnderAllItsNames)
+{
+    const TestFolder folder;
+    WriteWholeFile(folder.Path("a"), {1});
+    std::filesystem::create_symlink("a", folder.Path("soft"));
+    std::filesystem::create_hard_link(folder.Path("a"), folder.Path("hard"));
+    ProtectFile(folder.Path("soft"));
+    for (const char* pName : {"a", "soft", "hard"}) {
+        EXPECT_THROW(WriteWholeFile(folder.Path(pName), {2}), UsageError) << pName;
+        EXPECT_THROW(CheckPlace(folder.Path(pName)), UsageError) << pName;
+    }
+    EXPECT_EQ(Bytes{1}, ReadWholeFile(folder.Path("a")));
 }
 
 // Also what would keep a reader waiting or reading for ever; none of it is even opened for long.
@@ -71,6 +97,20 @@ TEST(ReadWholeFile, RefusesWhatIsNoFileOrTooLarge)
         } catch (const BurstError& error) {
             EXPECT_NE(std::string::npos, std::string(error.what()).find(c.sWords)) << error.what();
         }
+    }
+}
+
+TEST(OwnFileDeathTest, IsGoneAfterASignal)
+{
+    const TestFolder folder;
+    for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) {
+        const auto fnDie = [&] {
+            RemoveOwnFilesOnSignals();
+            const OwnFile first(folder.Root()), second(folder.Root());
+            if (folder.Names().size() == 2) raise(nSignal);
+        };
+        EXPECT_EXIT(fnDie(), testing::KilledBySignal(nSignal), "");
+        EXPECT_EQ(Names{}, folder.Names());
     }
 }
 

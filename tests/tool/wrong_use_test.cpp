@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "pictures/colour_convert.h"
 #include "run_tool.h"
 
 namespace vkr::tool {
@@ -113,6 +114,25 @@ TEST_F(WrongUse, OfPicturesEndsWithStatus1)
     ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--params", "huge"}, 1, "more than the 16777216");
     ExpectRefused({"encipher", "/dev/zero", "-o", "out.bin"}, 1, "/dev/zero: is a device");
     ExpectRefused({"fuse", "a.jpg", "b.jpg", "-o", "taken.jpg"}, 1, "no ordinary file");
+}
+
+TEST_F(WrongUse, OfAnInputAsTheOutputIsRefusedBeforeAndBehindTheWork)
+{
+    WriteWholeFile(m_folder.Path("aligned_0.png"), WritePng(RgbFromFrame(DrawnFrames(64, 48)[0])));
+    const ToolRun params = RunTool(m_folder, {"params"});
+    WriteWholeFile(m_folder.Path("params.png"), Bytes(params.sOut.begin(), params.sOut.end()));
+    std::filesystem::create_symlink("a.jpg", m_folder.Path("soft.jpg"));
+    std::filesystem::create_hard_link(m_folder.Path("a.jpg"), m_folder.Path("hard.jpg"));
+    m_vBefore = m_folder.Names();
+    for (const char* pOutput : {"a.jpg", "./a.jpg", "soft.jpg", "hard.jpg"}) {
+        ExpectRefused({"fuse", "a.jpg", "b.jpg", "-o", pOutput}, 2, "is the input a.jpg");
+    }
+    ExpectRefused({"fuse", "a.jpg", "-o", "params.png", "--params", "params.png"}, 2, "is the input params.png");
+    ExpectRefused({"encipher", "params.png", "-o", "params.png"}, 2, "is the input params.png");
+    ExpectRefused({"faces", "aligned_0.png", "-o", "aligned_0.png"}, 2, "is the input aligned_0.png");
+    const Bytes vBefore = ReadWholeFile(m_folder.Path("aligned_0.png"));
+    EXPECT_EQ(2, RunTool(m_folder, {"align", "aligned_0.png", "b.jpg", "-o", "."}).nStatus);
+    EXPECT_EQ(vBefore, ReadWholeFile(m_folder.Path("aligned_0.png")));
 }
 
 TEST_F(WrongUse, IsNotAskingForHelp)

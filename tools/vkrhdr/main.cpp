@@ -7,6 +7,7 @@
 
 #include "commands/commands.h"
 #include "commands/standard_error.h"
+#include "pictures/own_file.h"
 #include "pictures/tool_error.h"
 #include "vkrHdr.h"
 
@@ -91,6 +92,7 @@ int Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    vkr::tool::RemoveOwnFilesOnSignals();
     try {
         return vkr::tool::Run(argc, argv);
     } catch (const vkr::tool::UsageError& error) {

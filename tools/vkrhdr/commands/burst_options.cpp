@@ -35,6 +35,7 @@ BurstChoice ChosenBurst(const BurstOptions& options)
                          std::to_string(options.vImages.size() - 1));
     }
     if (options.sRaw.empty() != options.sSize.empty()) throw UsageError("--raw and --size WxH go together");
+    for (const std::string& sName : options.vImages) ProtectFile(sName);
     BurstChoice choice;
     choice.vImages = options.vImages;
     choice.nReference = options.nReference;

@@ -20,7 +20,7 @@ struct BurstOptions {
 
 void DefineBurst(CLI::App& command, BurstOptions& options);
 
-// UsageError for all that can be refused before a picture is read.
+// UsageError for all that can be refused before a picture is read. From then on no output replaces one of the pictures.
 BurstChoice ChosenBurst(const BurstOptions& options);
 
 }  // namespace vkr::tool

@@ -38,6 +38,7 @@ CLI::App* DefineAlign(CLI::App& app, AlignOptions& options)
 void RunAlign(const AlignOptions& options, Remarks& remarks)
 {
     const BurstChoice choice = ChosenBurst(options.burst);
+    ProtectFile(options.parameters.sParams);
     BurstFuser fuser({options.parameters, {FaceSource::kNone, {}}}, remarks);
     PhotoBurst burst = ReadBurst(choice, remarks);
     MakeFolder(options.sFolder);

@@ -19,6 +19,12 @@ void DefineFiles(CLI::App& command, EncipherOptions& options)
     command.add_option("-o,--output", options.sOutput, "the file to write")->required();
 }
 
+void CheckFiles(const EncipherOptions& options)
+{
+    ProtectFile(options.sInput);
+    CheckPlace(options.sOutput);
+}
+
 // The whole blocks of the text in one direction; what is left stays in the clear.
 void CipherText(Bytes& vFile, int nDirection)
 {
@@ -66,6 +72,7 @@ void RunEncipher(const EncipherOptions& options, Remarks& remarks)
     if (!sVersion.empty() && (sVersion.size() < 7 || sVersion.size() > 64 || sVersion.find(';') != std::string::npos)) {
         throw UsageError("--cfg-version takes 7 to 64 characters without ';'");
     }
+    CheckFiles(options);
     Bytes vText = ReadWholeFile(options.sInput, kEncipheredMost);
     if (IsEnciphered(vText.data(), vText.size())) throw BurstError(options.sInput + " is enciphered already");
     if (!sVersion.empty()) AppendVersion(options.sInput, sVersion, vText);
@@ -81,6 +88,7 @@ void RunEncipher(const EncipherOptions& options, Remarks& remarks)
 
 void RunDecipher(const EncipherOptions& options)
 {
+    CheckFiles(options);
     Bytes vFile = ReadWholeFile(options.sInput, kEncipheredMost);
     if (!IsEnciphered(vFile.data(), vFile.size()) || vFile.size() < kEncipheredHead) {
         throw BurstError(options.sInput + " is no enciphered parameter file");

@@ -104,6 +104,8 @@ void RunFaces(const FacesOptions& options, Remarks& remarks)
 {
     const std::string sOutput = OutputOf(options);
     if (KindOfPath(sOutput) != PictureKind::kPng) throw UsageError("the output ends in .png, not '" + sOutput + "'");
+    ProtectFile(options.sImage);
+    CheckPlace(sOutput);
     const std::string sWhyNot = FindFaceModel();
     if (!sWhyNot.empty()) throw BurstError("no face can be found: " + sWhyNot);
     const Bytes vFile = ReadWholeFile(options.sImage);

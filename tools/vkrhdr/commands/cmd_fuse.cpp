@@ -50,7 +50,7 @@ private:
     fs::path m_before;  // empty until the first render
 };
 
-// Where the result can not go.
+// Where the result can not go. The pictures of the burst are protected by now.
 void CheckOutput(const FuseOptions& options)
 {
     if (options.burst.sRaw.empty() && KindOfPath(options.sOutput) == PictureKind::kRaw) {
@@ -60,6 +60,8 @@ void CheckOutput(const FuseOptions& options)
     std::error_code error;
     if (!fs::is_directory(folder, error)) throw UsageError(folder.string() + ": is no folder; make it first");
     if (access(folder.c_str(), W_OK) != 0) throw BurstError(folder.string() + ": can not be written to");
+    ProtectFile(options.parameters.sParams);
+    CheckPlace(options.sOutput);
 }
 
 // The burst with what the user wants to see of it.

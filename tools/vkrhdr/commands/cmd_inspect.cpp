@@ -42,6 +42,7 @@ CLI::App* DefineInspect(CLI::App& app, InspectOptions& options)
 void RunInspect(const InspectOptions& options, Remarks& remarks)
 {
     const BurstChoice choice = ChosenBurst(options.burst);
+    ProtectFile(options.parameters.sParams);
     BurstFuser fuser({options.parameters, ChosenFaces(options.faces)}, remarks);
     PhotoBurst burst = ReadBurst(choice, remarks);
     PictureFolder folder(options.sFolder, burst.Reference().info.nOrientation);

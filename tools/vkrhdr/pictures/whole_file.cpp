@@ -5,12 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 
+#include "pictures/own_file.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {
@@ -73,59 +72,63 @@ private:
     size_t m_nSize = 0;
 };
 
-// A name of our own next to a file, open for writing; closed and removed unless it was moved to its place.
-class Draft {
-public:
-    explicit Draft(const std::string& sPlace) : m_sPlace(sPlace), m_sPath(sPlace + ".XXXXXX")
-    {
-        m_nFile = mkstemp(m_sPath.data());
-        if (m_nFile < 0) Fail(sPlace, "can not be written");
+void WriteAll(const OwnFile& file, const Bytes& vBytes, const std::string& sPlace)
+{
+    size_t nDone = 0;
+    while (nDone < vBytes.size()) {
+        const ssize_t n = write(file.Descriptor(), vBytes.data() + nDone, vBytes.size() - nDone);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) Fail(sPlace, "can not be written");
+        nDone += static_cast<size_t>(n);
     }
-    ~Draft()
-    {
-        if (m_nFile >= 0) close(m_nFile);
-        if (!m_bMoved) unlink(m_sPath.c_str());
-    }
-    Draft(const Draft&) = delete;
-    Draft& operator=(const Draft&) = delete;
+}
 
-    void Write(const Bytes& vBytes)
-    {
-        size_t nDone = 0;
-        while (nDone < vBytes.size()) {
-            const ssize_t n = write(m_nFile, vBytes.data() + nDone, vBytes.size() - nDone);
-            if (n < 0 && errno == EINTR) continue;
-            if (n <= 0) Fail(m_sPlace, "can not be written");
-            nDone += static_cast<size_t>(n);
-        }
-    }
+// A file of ours is for the owner alone; a picture gets what the user's mask leaves.
+void ObeyMask(const OwnFile& file)
+{
+    const mode_t nMask = umask(0);
+    umask(nMask);
+    fchmod(file.Descriptor(), 0666 & ~nMask);
+}
 
-    // mkstemp makes files for the owner alone; a picture gets what the user's mask leaves.
-    void MoveToPlace()
-    {
-        const mode_t nMask = umask(0);
-        umask(nMask);
-        fchmod(m_nFile, 0666 & ~nMask);
-        const int nClosed = close(m_nFile);
-        m_nFile = -1;
-        if (nClosed != 0 || std::rename(m_sPath.c_str(), m_sPlace.c_str()) != 0) Fail(m_sPlace, "can not be written");
-        m_bMoved = true;
-    }
-
-private:
-    std::string m_sPlace, m_sPath;
-    int m_nFile = -1;
-    bool m_bMoved = false;
+// A file that must stay as it is, by what it is on the disk: links of both kinds lead to the same.
+struct ProtectedFile {
+    dev_t nDevice;
+    ino_t nNode;
+    std::string sName;
 };
+
+std::vector<ProtectedFile>& ProtectedFiles()
+{
+    static std::vector<ProtectedFile> s_vFiles;
+    return s_vFiles;
+}
 
 // Where the bytes go in the end: through symbolic links, onto an ordinary file or none.
 std::string RealPlace(const std::string& sPath)
 {
+    struct stat info {};
+    if (stat(sPath.c_str(), &info) != 0) {
+        std::error_code error;
+        if (fs::is_symlink(fs::symlink_status(sPath, error)))
+            throw BurstError(sPath + ": is a link that leads nowhere");
+        return sPath;
+    }
+    if (!S_ISREG(info.st_mode)) throw BurstError(sPath + ": is there already and no ordinary file");
+    for (const ProtectedFile& file : ProtectedFiles()) {
+        if (file.nDevice != info.st_dev || file.nNode != info.st_ino) continue;
+        throw UsageError(sPath + ": is the input " + file.sName + ", which is not written over");
+    }
     std::error_code error;
-    if (!fs::exists(sPath, error)) return sPath;
-    if (!fs::is_regular_file(sPath, error)) throw BurstError(sPath + ": is there already and no ordinary file");
     const fs::path place = fs::canonical(sPath, error);
     return error ? sPath : place.string();
+}
+
+std::string TemporaryFolder()
+{
+    std::error_code error;
+    const fs::path folder = fs::temp_directory_path(error);
+    return error ? "/tmp" : folder.string();
 }
 
 }  // namespace
@@ -143,11 +146,25 @@ Bytes ReadWholeFile(const std::string& sPath, size_t nMost)
     return vBytes;
 }
 
+void ProtectFile(const std::string& sPath)
+{
+    struct stat info {};
+    if (stat(sPath.c_str(), &info) == 0) ProtectedFiles().push_back({info.st_dev, info.st_ino, sPath});
+}
+
+void CheckPlace(const std::string& sPath)
+{
+    RealPlace(sPath);
+}
+
 void WriteWholeFile(const std::string& sPath, const Bytes& vBytes)
 {
-    Draft draft(RealPlace(sPath));
-    draft.Write(vBytes);
-    draft.MoveToPlace();
+    const std::string sPlace = RealPlace(sPath);
+    OwnFile draft(fs::path(sPlace).parent_path().string());
+    if (draft.Descriptor() < 0) Fail(sPath, "can not be written");
+    WriteAll(draft, vBytes, sPath);
+    ObeyMask(draft);
+    if (!draft.MoveTo(sPlace)) Fail(sPath, "can not be written");
 }
 
 void MakeFolder(const std::string& sPath)
@@ -157,19 +174,9 @@ void MakeFolder(const std::string& sPath)
     if (error || !fs::is_directory(sPath)) throw BurstError(sPath + ": the folder can not be made");
 }
 
-TemporaryFile::TemporaryFile()
+TemporaryFile::TemporaryFile() : m_file(TemporaryFolder())
 {
-    std::error_code error;
-    const fs::path folder = fs::temp_directory_path(error);
-    m_sPath = ((error ? fs::path("/tmp") : folder) / "vkrhdr.XXXXXX").string();
-    const int nFile = mkstemp(m_sPath.data());
-    if (nFile < 0) Fail(m_sPath, "can not be written");
-    close(nFile);
-}
-
-TemporaryFile::~TemporaryFile()
-{
-    unlink(m_sPath.c_str());
+    if (m_file.Descriptor() < 0 || !m_file.Close()) Fail(m_file.Path(), "can not be written");
 }
 
 }  // namespace vkr::tool

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "pictures/own_file.h"
+
 namespace vkr::tool {
 
 using Bytes = std::vector<uint8_t>;
@@ -16,26 +18,31 @@ constexpr size_t kMostPictureBytes = size_t{512} << 20;
 // for) or has more than nMost bytes.
 Bytes ReadWholeFile(const std::string& sPath, size_t nMost = kMostPictureBytes);
 
-// A file that is there whole or not at all: written beside its place under another name, then renamed, so that a reader
-// never meets half of it and a failure leaves what stood there before. BurstError when it can not be written; nothing
-// is left behind then. A symbolic link is followed; a place that is no ordinary file is refused.
+// A file that is there whole or not at all: written in the same folder under another name (see OwnFile), then renamed,
+// so that a reader never meets half of it and a failure leaves what stood there before. BurstError when it can not be
+// written; nothing is left behind then. A symbolic link is followed; one that leads nowhere, a place that is no
+// ordinary file, and (UsageError) a protected file are refused.
 void WriteWholeFile(const std::string& sPath, const Bytes& vBytes);
+
+// From now on this file is not written over, by whatever name and link it is called: the inputs of a run.
+void ProtectFile(const std::string& sPath);
+
+// What WriteWholeFile would refuse about the place, before there is anything to write.
+void CheckPlace(const std::string& sPath);
 
 // The folder and those above it, if they are missing. BurstError when that fails.
 void MakeFolder(const std::string& sPath);
 
-// A file of our own in the system's folder for temporary files, removed at scope end on every way out.
+// A closed file of ours in the system's folder for temporary files, with the life of an OwnFile. BurstError when there
+// can be none.
 class TemporaryFile {
 public:
     TemporaryFile();
-    ~TemporaryFile();
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    const std::string& Path() const { return m_sPath; }
+    const std::string& Path() const { return m_file.Path(); }
 
 private:
-    std::string m_sPath;
+    OwnFile m_file;
 };
 
 }  // namespace vkr::tool
