@@ -9,6 +9,7 @@
 namespace vkr::tool {
 
 // The drawn scene as frames of our own, darkest first. BurstError when there is no memory or a parameter is refused.
+// Opens and closes the library's pool: no engine may live meanwhile.
 std::vector<Frame> DrawBurst(const SceneParams& params);
 
 // They must live as long. Their names are their numbers.

@@ -13,7 +13,8 @@ namespace vkr::tool {
 // else three channels a picture. Signed 16-bit samples v are shown as v / 2 + 128, clamped.
 class StagePictures : public StageListener {
 public:
-    // bCrFirst: the chroma order of the frames. BurstError when the folder can not be made.
+    // bCrFirst: the chroma order of the frames. BurstError when the folder can not be made; a picture that can not be
+    // written is thrown once the library is done, see StageListeners.
     StagePictures(const std::string& sFolder, bool bCrFirst);
 
     void OnRenderBegins() override;  // removes all it wrote

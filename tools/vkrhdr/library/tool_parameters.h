@@ -18,7 +18,8 @@ struct ChangedParameter {
 };
 
 // A set of the library's parameters to be changed and handed over as a file. Names, ranges and defaults all come from
-// what the filters register.
+// what the filters register. Each set is its own: it needs no engine and disturbs none. Movable; one that was moved
+// from may only be destroyed.
 class ToolParameters {
 public:
     enum class Base {
