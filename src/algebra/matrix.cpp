@@ -57,12 +57,22 @@ CMatrix& CMatrix::operator=(const CMatrix& other)
 
 CMatrix::~CMatrix()
 {
-    std::free(pData);
+    Free();
+}
+
+void CMatrix::Free()
+{
+    if (pData != vInside) std::free(pData);
+    pData = nullptr;
 }
 
 void CMatrix::Swap(CMatrix& other)
 {
+    const bool bInside = pData == vInside, bOtherInside = other.pData == other.vInside;
     std::swap(pData, other.pData);
+    std::swap(vInside, other.vInside);
+    if (bOtherInside) pData = vInside;
+    if (bInside) other.pData = other.vInside;
     std::swap(nRows, other.nRows);
     std::swap(nCols, other.nCols);
 }
@@ -73,8 +83,13 @@ bool CMatrix::Resize(int nRowCount, int nColCount)
         std::memset(pData, 0, Count() * sizeof(double));
         return true;
     }
-    std::free(pData);
-    pData = AllocateZeroed(nRowCount, nColCount);
+    Free();
+    if (nRowCount > 0 && nColCount > 0 && nRowCount <= kInside && nColCount <= kInside / nRowCount) {
+        pData = vInside;
+        std::memset(vInside, 0, sizeof(vInside));
+    } else {
+        pData = AllocateZeroed(nRowCount, nColCount);
+    }
     nRows = pData != nullptr ? nRowCount : 0;
     nCols = pData != nullptr ? nColCount : 0;
     return pData != nullptr;

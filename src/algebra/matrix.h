@@ -5,10 +5,11 @@
 
 namespace vkr {
 
-// Small dense matrices of doubles, row-major, on the general heap, owned by the object. Errors stay in the object: the
-// operations that can fail return nError and tell in szWhere which of them set it; a success clears both. Assignment
-// and copies take the values, not the error. A matrix of a non-positive or overflowing size, or without memory, has no
-// storage and nRows = nCols = 0. Not thread-safe.
+// Small dense matrices of doubles, row-major, owned by the object: up to 3 x 3 elements inside it, so that a homography
+// never lacks memory, more on the general heap. Errors stay in the object: the operations that can fail return nError
+// and tell in szWhere which of them set it; a success clears both. Assignment and copies take the values, not the
+// error. A matrix of a non-positive or overflowing size, or without memory, has no storage and nRows = nCols = 0. Not
+// thread-safe.
 class CVector {
 public:
     CVector() = default;
@@ -70,8 +71,12 @@ private:
     size_t Count() const { return static_cast<size_t>(nRows) * static_cast<size_t>(nCols); }
     int32_t SetError(Error error, const char* pWhere);
 
-    double* pData = nullptr;
+    static constexpr int kInside = 9;
+    void Free();
+
+    double* pData = nullptr;  // vInside, the heap or null
     int32_t nRows = 0, nCols = 0;
+    double vInside[kInside] = {};
 };
 
 // A 3 x 3 identity.

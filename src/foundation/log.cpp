@@ -71,7 +71,10 @@ void HdrPrintf(const char* pFormat, ...)
     va_end(args);
     const std::lock_guard<std::mutex> lock(g_LineMutex);
     if (g_pSink != nullptr) {
-        g_pSink(text.Text());
+        try {
+            g_pSink(text.Text());
+        } catch (...) {  // a line is lost; from inside a row loop the process would be
+        }
     } else {
         std::fwrite(text.Text(), 1, std::strlen(text.Text()), stdout);
     }

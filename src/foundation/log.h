@@ -11,7 +11,8 @@ void HdrPrintf(const char* pFormat, ...) __attribute__((format(printf, 1, 2)));
 void HdrSprintf(char* pBuffer, int nSize, const char* pFormat, ...) __attribute__((format(printf, 3, 4)));
 
 // Where HdrPrintf hands its text instead of standard output: for programs that link the library's code and keep their
-// own output clean. Null goes back to standard output. The sink is called under a lock, from any thread.
+// own output clean. Null goes back to standard output. The sink is called under a lock, from any thread. What it throws
+// goes no further, and its text is lost.
 using HdrPrintSink = void (*)(const char* pText);
 void SetHdrPrintSink(HdrPrintSink pSink);
 

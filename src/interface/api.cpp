@@ -1,5 +1,6 @@
 #include <exception>
 #include <mutex>
+#include <new>
 #include <vector>
 
 #include "flow/stage_thread.h"
@@ -93,6 +94,8 @@ bool RunLocked(const char* pCall, const Fn& fn)
     try {
         const std::lock_guard<std::mutex> lock(g_EngineMutex);
         return fn();
+    } catch (const std::bad_alloc&) {
+        Report("%s: there is not enough memory\n", pCall);
     } catch (const std::exception& error) {
         Report("%s: %s\n", pCall, error.what());
     } catch (...) {

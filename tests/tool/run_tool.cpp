@@ -56,11 +56,11 @@ int ToolRun::ErrorLines() const
     return static_cast<int>(std::count(sErr.begin(), sErr.end(), '\n'));
 }
 
-ToolRun RunTool(const TestFolder& folder, const std::vector<std::string>& vArguments)
+ToolRun RunTool(const TestFolder& folder, const std::vector<std::string>& vArguments, const std::string& sEnvironment)
 {
     const TestFolder streams;
-    std::string sCommand =
-        "cd " + Quoted(folder.Root()) + " && VKRHDR_SHARE=\"$VKRHDR_TEST_SHARE\" " + Quoted(VKRHDR_TOOL);
+    std::string sCommand = "cd " + Quoted(folder.Root()) + " && VKRHDR_SHARE=\"$VKRHDR_TEST_SHARE\" " + sEnvironment +
+                           " " + Quoted(VKRHDR_TOOL);
     for (const std::string& sArgument : vArguments) sCommand += " " + Quoted(sArgument);
     sCommand += " >" + Quoted(streams.Path("out")) + " 2>" + Quoted(streams.Path("err"));
     const int nStatus = std::system(sCommand.c_str());

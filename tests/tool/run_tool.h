@@ -34,8 +34,9 @@ struct ToolRun {
     int ErrorLines() const;
 };
 
-// Runs the built program with that folder as its working folder.
-ToolRun RunTool(const TestFolder& folder, const std::vector<std::string>& vArguments);
+// Runs the built program with that folder as its working folder. sEnvironment: variables for it, as a shell takes them.
+ToolRun RunTool(const TestFolder& folder, const std::vector<std::string>& vArguments,
+                const std::string& sEnvironment = {});
 
 // The drawn scene, three exposures of w x h.
 std::vector<Frame> DrawnFrames(int w = 160, int h = 120);

@@ -1,9 +1,13 @@
 #include <hwy/targets.h>
 #include <omp.h>
+#include <pthread.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <new>
 
 #include "commands/commands.h"
 #include "commands/standard_error.h"
@@ -86,6 +90,32 @@ int Run(int argc, char** argv)
     return 0;
 }
 
+// Where an exception may not leave a function, the process ends here: the parser of options promises for some of its
+// own that they need no memory.
+[[noreturn]] void EndWithoutMemory()
+{
+    static constexpr char kLine[] = "vkrhdr: there is not enough memory, not even to say more\n";
+    bool bMemory = false;
+    try {
+        if (std::current_exception()) std::rethrow_exception(std::current_exception());
+    } catch (const std::bad_alloc&) {
+        bMemory = true;
+    } catch (...) {
+    }
+    if (!bMemory) std::abort();
+    if (write(STDERR_FILENO, kLine, sizeof(kLine) - 1) < 0) _exit(kStatusBurst);
+    _exit(kStatusBurst);
+}
+
+// A thread of OpenMP's team ends by pthread_exit, and the first one to do so makes the C library load what it needs for
+// that: without memory it would end the process by a signal. So the first one is this.
+void PrepareThreadEnds()
+{
+    pthread_t thread;
+    const auto End = [](void*) -> void* { pthread_exit(nullptr); };
+    if (pthread_create(&thread, nullptr, End, nullptr) == 0) pthread_join(thread, nullptr);
+}
+
 }  // namespace
 
 }  // namespace vkr::tool
@@ -93,6 +123,8 @@ int Run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     vkr::tool::RemoveOwnFilesOnSignals();
+    std::set_terminate(vkr::tool::EndWithoutMemory);
+    vkr::tool::PrepareThreadEnds();
     try {
         return vkr::tool::Run(argc, argv);
     } catch (const vkr::tool::UsageError& error) {
