@@ -77,6 +77,7 @@ FaceBox ChooseNetworkFace(const CImage& reference, int nOrientation, int nMinSid
     std::vector<FaceBoxRecord> vBoxes;
     FindFacesByNetwork(reference, nOrientation, bDump, vBoxes);
     FaceBox face;
+    if (vBoxes.empty()) return face;  // nothing to log either
     for (const FaceBoxRecord& box : vBoxes) TakeLarger(WholePixels(box), nMinSide, face);
     if (bDump) DumpBoxes(vBoxes);
     HdrLog("VKR AI Face Detection Coordinate x1 %i y1 %i x2 %i y2 %i", face.x1, face.y1, face.x2, face.y2);

@@ -168,7 +168,7 @@ bool CMultiExposureHDRProcessFlowOpt::MapTone(const Burst& burst, FlowTemporarie
     if (!bDone) return false;
     temp.m_Fused.Release();
     ProbeImage("stretched", temp.m_Tone);
-    if (!(bAIMask && bHSVTone) && bContrastEnable && !m_LocalCurve.ProcessImage(temp.m_Tone)) return false;
+    if (!(bAIMask && bHSVTone)) RaiseLocalContrast(temp.m_Tone);
     ProbeImage("tone", temp.m_Tone);
     if (bDebugDumpEnable) SaveBmp(temp.m_Tone, "Dump/BeforeToYUV.bmp", true);
     return true;

@@ -87,6 +87,8 @@ private:
     void DumpExposures(const Burst& burst);
     bool AlignBurst(const Burst& burst, FlowTemporaries& temp);
     void DropFrames(Burst& burst, FlowTemporaries& temp);
+    void DropEnd(const Burst& burst, FlowTemporaries& temp, int nFirst, int nEnd);
+    void RaiseLocalContrast(CImage& picture);
     bool FinishReferenceOnly(const CYuvImage& frame, CYuvImage& output);
 
     bool FuseBurst(const Burst& burst, FlowTemporaries& temp, CYuvImage& output);

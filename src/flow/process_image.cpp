@@ -76,22 +76,15 @@ bool CMultiExposureHDRProcessFlowOpt::AlignBurst(const Burst& burst, FlowTempora
     return bDone;
 }
 
-// Leaves the frames that alignment found usable. Dropped slots are given back and hold no frame until the host fills
-// them again; the brightness targets of a burst with dropped frames stay in force for the bursts after it.
+// Leaves the frames that alignment found usable, whichever end, or both, lost some; a line for each. Dropped slots are
+// given back and hold no frame until the host fills them again; the brightness targets of a burst with dropped frames
+// stay in force for the bursts after it.
 void CMultiExposureHDRProcessFlowOpt::DropFrames(Burst& burst, FlowTemporaries& temp)
 {
-    const bool bLowEnd = m_nFirstValid > 0;
-    if (!bLowEnd && m_nLastValid >= burst.nExposureNum) return;
-    if (bDebugDumpEnable) {
-        HdrPrintf("!!!!!!!!Using Image %ith to %ith Only!!!!!!!!!!!\n", m_nFirstValid + 1, m_nLastValid);
-    }
-    const int nFirst = bLowEnd ? 0 : m_nLastValid;
-    const int nEnd = bLowEnd ? m_nFirstValid : burst.nExposureNum;
-    for (int k = nFirst; k < nEnd; ++k) {
-        burst.vFrames[k].Release();
-        temp.vAlignMasks[k].Release();
-    }
-    for (int k = m_nFirstValid; bLowEnd && k < m_nLastValid; ++k) {
+    if (m_nFirstValid <= 0 && m_nLastValid >= burst.nExposureNum) return;
+    DropEnd(burst, temp, 0, m_nFirstValid);
+    DropEnd(burst, temp, m_nLastValid, burst.nExposureNum);
+    for (int k = m_nFirstValid; m_nFirstValid > 0 && k < m_nLastValid; ++k) {
         temp.vAlignMasks[k - m_nFirstValid].Swap(temp.vAlignMasks[k]);
     }
     burst.vFrames += m_nFirstValid;
@@ -100,13 +93,34 @@ void CMultiExposureHDRProcessFlowOpt::DropFrames(Burst& burst, FlowTemporaries& 
     std::copy_n(nGoodBrightnessTargetDropFailure, burst.nExposureNum, nGoodBrightnessTarget);
 }
 
+// Frames nFirst .. nEnd - 1, if there are any.
+void CMultiExposureHDRProcessFlowOpt::DropEnd(const Burst& burst, FlowTemporaries& temp, int nFirst, int nEnd)
+{
+    if (nFirst >= nEnd) return;
+    if (bDebugDumpEnable) {
+        HdrPrintf("!!!!!!!!Using Image %ith to %ith Only!!!!!!!!!!!\n", m_nFirstValid + 1, m_nLastValid);
+    }
+    for (int k = nFirst; k < nEnd; ++k) {
+        burst.vFrames[k].Release();
+        temp.vAlignMasks[k].Release();
+    }
+}
+
+// Without memory for its curves the picture goes on as it is.
+void CMultiExposureHDRProcessFlowOpt::RaiseLocalContrast(CImage& picture)
+{
+    if (!bContrastEnable) return;
+    m_LocalCurve.m_bDumpAllowed = bDebugDumpEnable;
+    if (!m_LocalCurve.ProcessImage(picture)) HdrPrintf("no memory for the local curves, the picture stays as it was\n");
+}
+
 // A burst that can not be fused: the reference at full size with the local curve on it.
 bool CMultiExposureHDRProcessFlowOpt::FinishReferenceOnly(const CYuvImage& frame, CYuvImage& output)
 {
     CImage picture{};
     ImageScope scope(picture);
     if (!FrameToBgr(frame, bUVOrder, picture)) return false;
-    if (bContrastEnable && !m_LocalCurve.ProcessImage(picture)) return false;
+    RaiseLocalContrast(picture);
     BGRToYCbCr(picture, bUVOrder ? 1 : 0);
     return ConvertImageToYuv(output, picture);
 }

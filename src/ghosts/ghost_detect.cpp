@@ -140,6 +140,10 @@ bool CGhostProcessFilter::DetectGhost(const CImage* vWorkFrames, const CImage* v
 {
     if (!IsBurst(vWorkFrames, nExposureNum, nReference)) return false;
     bDiffSelect = 2;
+    if (nGhostPyramidStartLevel < nMinGhostLevel) {
+        HdrLog("nGhostPyramidStartLevel=%d is finer than nMinGhostLevel=%d%s", nGhostPyramidStartLevel, nMinGhostLevel,
+               bRefineGhostAtMinGhostLevel ? ", no ghost is found" : "");
+    }
     HdrPrintf("Ghost Detection Start\n!!!");
     GhostBurst burst;
     burst.nExposureNum = nExposureNum;

@@ -15,7 +15,7 @@ void CGhostProcessFilter::RegisterParameters()
     //    member                        min  max  default  meaning; lists of 8 go by pyramid level
     PARAM(bDumpDebug,                     0,   1,   0);     // write the pictures under GhostDump/
     PARAM(nGhostPyramidStartLevel,        0,   8,   4);     // coarsest level of detection
-    PARAM(nMinGhostLevel,                 0,   8,   2);     // finest level of detection
+    PARAM(nMinGhostLevel,                 0,   8,   2);     // finest level; coarser than the start: that one alone, or no ghosts
     PARAM_ARRAY(nEdgeTh,                  0, 255,   4, 4, 4, 4, 4, 4, 4, 4);  // grey values: coring of the Laplacian
     PARAM_ARRAY(nDiffEThre,               1, 256,   8, 8, 8, 8, 8, 8, 8, 8);  // regularises the structure difference
     PARAM_ARRAY(nDiffEThre2,              0, 256,   0, 0, 0, 0, 0, 0, 0, 0);  // taken from the structure difference

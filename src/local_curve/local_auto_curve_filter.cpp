@@ -13,11 +13,12 @@ bool CLocalAutoCurveFilter::ProcessImage(CImage& image)
     if (!BuildCurves(nCurveStep)) return false;
 
     // The names hold a backslash, on every platform.
-    if (bDumpDebugFile) SaveBmp(image, "LocalContrastDump\\before.bmp", true);
+    const bool bDump = bDumpDebugFile && m_bDumpAllowed;
+    if (bDump) SaveBmp(image, "LocalContrastDump\\before.bmp", true);
     Tic();
     const bool bApplied = ApplyCurves(image);
     Toc("==== ==== ==== ApplyImage");
-    if (bDumpDebugFile) SaveBmp(image, "LocalContrastDump\\after.bmp", true);
+    if (bDump) SaveBmp(image, "LocalContrastDump\\after.bmp", true);
     return bApplied;
 }
 

@@ -20,6 +20,8 @@ public:
     // shared among the team, all carries start anew in every row: same bytes from any number of threads.
     bool ProcessImage(CImage& image);
 
+    int32_t m_bDumpAllowed = 1;  // the flow's switch: without it bDumpDebugFile writes nothing
+
     int32_t bDumpDebugFile = 0;
     int32_t nWinXNum = 0;
     int32_t nWinYNum = 0;

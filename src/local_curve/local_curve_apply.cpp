@@ -40,7 +40,7 @@ void MakeTables(const CurveGrid& nodes, int nRows, int nCols, BlockTable* pTable
 bool CLocalAutoCurveFilter::ApplyCurves(CImage& image) const
 {
     HdrPrintf("Apply Local Curves!");
-    if (bDumpDebugFile) DumpCurves();
+    if (bDumpDebugFile && m_bDumpAllowed) DumpCurves();
     HeapBuffer<BlockTable> tables;
     if (!tables.Allocate(static_cast<size_t>(nWinYNum) * nWinXNum)) return false;
     MakeTables(m_Curve, nWinYNum, nWinXNum, tables.Data());

@@ -7,6 +7,7 @@
 #include "face/ai_processing.h"
 #include "face/tflite_api.h"
 #include "foundation/bmp.h"
+#include "foundation/log.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
 #include "support/tiny_model.h"
@@ -124,6 +125,16 @@ TEST_F(FaceSearchTest, ModelsOfAnotherKindFindNoFace)
     EXPECT_FALSE(Finds(model));
     EXPECT_TRUE(m_Lines.Contains("face model: its outputs are not boxes and scores\n"));
     EXPECT_FALSE(Finds(ConstantFaces({})));
+
+    // A score that is too low leaves no word in the system's log, a face that is too small does.
+    for (const float fScore : {0.5f, 0.9f}) {
+        g_bLogEnable = 1;
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(Finds(ConstantFaces({{fScore, {0.25f, 0.5f, 0.26f, 0.51f}}})));
+        g_bLogEnable = 0;
+        const std::string sLog = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(fScore > 0.8f, sLog.find("VKR AI Face Detection Coordinate") != std::string::npos) << sLog;
+    }
 }
 
 TEST_F(FaceSearchTest, AFailingRunEndsTheProcess)

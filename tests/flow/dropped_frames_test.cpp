@@ -51,6 +51,26 @@ TEST(DroppedFrames, TheRestFusesAsABurstOfItsOwn)
     }
 }
 
+// Frames at both ends: both are given back, with a line each.
+TEST(DroppedFrames, BothEndsMayGo)
+{
+    LinesScope lines;
+    auto pEngine = DroppingEngine();
+    FillSlots(*pEngine, 5, 0b10001);
+    pEngine->bDebugDumpEnable = 1;
+    const auto vDropped = Fuse(*pEngine, 5, 2);
+    const std::string sLine = "!!!!!!!!Using Image 2ith to 4ith Only!!!!!!!!!!!\n", &sText = lines.Text();
+    const size_t nFirst = sText.find(sLine);
+    ASSERT_NE(std::string::npos, nFirst);
+    EXPECT_NE(std::string::npos, sText.find(sLine, nFirst + 1));
+    for (int k = 0; k < 5; ++k) EXPECT_EQ(k == 0 || k == 4, pEngine->m_YuvFrames[k].pBuffer == nullptr) << k;
+
+    auto pFresh = DroppingEngine();
+    std::copy_n(pFresh->nGoodBrightnessTargetDropFailure, 3, pFresh->nGoodBrightnessTarget);
+    FillSlots(*pFresh, 3, 0, 1);
+    EXPECT_EQ(Fuse(*pFresh, 3, 1), vDropped);
+}
+
 // With nothing but the reference left its own picture comes out.
 TEST(DroppedFrames, AloneTheReferenceIsFinishedByItself)
 {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "foundation/fixed_point.h"
+
 namespace vkr {
 namespace {
 
@@ -34,6 +36,14 @@ TEST(PiecewiseLinear, WithoutASegmentTheLastValueStands)
     EXPECT_EQ(PiecewiseLinear(vDescending, vY, 3, 6), 3);
     EXPECT_EQ(PiecewiseLinear(nullptr, nullptr, 0, 6), 0);
     EXPECT_EQ(PiecewiseLinear(nullptr, nullptr, -1, 6), 0);
+}
+
+TEST(Clamp, OfCrossedBoundsTheLowerIsTestedFirst)
+{
+    EXPECT_EQ(7, Clamp(2, 7, 3));
+    EXPECT_EQ(7, Clamp(6, 7, 3));
+    EXPECT_EQ(3, Clamp(7, 7, 3));
+    EXPECT_EQ(3, Clamp(9, 7, 3));
 }
 
 TEST(PiecewiseLinear, NodesMayLieAnywhere)

@@ -36,6 +36,8 @@ TEST(EdgeCoefficients, RaiseTheDarkerExposureThatReceivedWeight)
     EXPECT_EQ((Coefs{224, 128}), CoefsOf(32, 32, {0, 128}, {128, 0}, 255));
     EXPECT_EQ((Coefs{176, 128}), CoefsOf(32, 32, {0, 128}, {64, 64}, 255));  // half of the way
     EXPECT_EQ((Coefs{160, 128}), CoefsOf(32, 32, {0, 128}, {128, 0}, 160));  // limited
+    // Seven ratios of 16.0 leave 32 bits: the largest number stands for them.
+    EXPECT_EQ(255, CoefsOf(32, 256, {0, 0, 0, 0, 0, 0, 0, 128}, {128, 0, 0, 0, 0, 0, 0, 0}, 255)[0]);
     EXPECT_EQ((Coefs{128, 128}), CoefsOf(32, 32, {128, 0}, {0, 128}, 160));  // the other way
     EXPECT_EQ((Coefs{128, 128}), CoefsOf(32, 32, {0, 0}, {128, 0}, 160));    // there was no weight to move
     EXPECT_EQ((Coefs{128, 128}), CoefsOf(255, 32, {0, 128}, {128, 0}, 160));

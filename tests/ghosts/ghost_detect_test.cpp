@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <random>
 
+#include "foundation/log.h"
 #include "ghosts/ghost_process_filter.h"
 #include "support/for_threads.h"
 #include "support/quiet_lines.h"
@@ -151,6 +152,20 @@ TEST(DetectGhost, IsSafeAtAnySizeAndLevelSetting)
             }
         }
     }
+}
+
+TEST(DetectGhost, CrossedLevelsAreLogged)
+{
+    DrawnBurst burst(33, 18, 2, false);
+    burst.filter.nGhostPyramidStartLevel = 1;
+    burst.filter.nMinGhostLevel = 2;
+    burst.filter.bRefineGhostAtMinGhostLevel = 1;
+    g_bLogEnable = 1;
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(burst.Detect(0));
+    g_bLogEnable = 0;
+    EXPECT_NE(std::string::npos, testing::internal::GetCapturedStderr().find(
+                                     "nGhostPyramidStartLevel=1 is finer than nMinGhostLevel=2, no ghost is found\n"));
 }
 
 TEST(DetectGhost, RefusesABurstThatIsNone)

@@ -6,8 +6,10 @@
 #include <random>
 #include <vector>
 
+#include "foundation/image_scope.h"
 #include "fusion/fusion_defaults.h"
 #include "ghosts/embedding_defaults.h"
+#include "ghosts/level_carry.h"
 #include "support/for_threads.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
@@ -245,6 +247,24 @@ TEST(GhostEmbedding, WorksOnAnySizeAndNumberOfExposures)
             }
         }
     }
+}
+
+// The plain doubling needs two rows: a level of one counts twice.
+TEST(CarryToLevels, ALevelOfOneRowIsDoubledAsTwo)
+{
+    TestImage twoRows, vOwners[2];
+    CImage vLevels[2] = {}, doubled{};
+    const ImageScope<CImage> scope(doubled);
+    ASSERT_TRUE(vOwners[0].AllocateGray(8, 2) && vOwners[1].AllocateGray(4, 1) && twoRows.AllocateGray(4, 2));
+    for (int i = 0; i < 8; ++i) twoRows.pData[i] = vOwners[1].pData[i % 4] = static_cast<uint8_t>(9 + 31 * (i % 4));
+    PyramidParams pyramid = PyramidWith(1);
+    pyramid.bPyramidFilter = 0;
+    ASSERT_TRUE(DoubleImage(twoRows, doubled, false, pyramid.bUpScaleOtherDither));
+    for (int i = 0; i < 2; ++i) vLevels[i].Swap(vOwners[i]);
+    EXPECT_TRUE(CarryToLevels(vLevels, vLevels, 0, 1, 1, pyramid));
+    for (int i = 0; i < 2; ++i) vLevels[i].Swap(vOwners[i]);
+    ASSERT_EQ(2, vOwners[0].nHeight);
+    EXPECT_TRUE(std::equal(vOwners[0].pData, vOwners[0].pData + 16, doubled.pData));
 }
 
 TEST(GhostEmbedding, LeavesWhatDoesNotFit)

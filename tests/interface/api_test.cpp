@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
@@ -13,6 +15,7 @@
 #include "support/parameter_file.h"
 #include "support/quiet_lines.h"
 #include "support/test_burst.h"
+#include "support/work_folder.h"
 #include "vkrHdr.h"
 
 namespace vkr {
@@ -86,6 +89,53 @@ TEST(ApiWithoutEngine, InitRefusesModeAndPaths)
     EXPECT_EQ(-1, vkrHdrInit(InitParam("no/such/file.txt")));
     EXPECT_TRUE(lines.Contains("Can not open parameter file:no/such/file.txt"));
     EXPECT_EQ(nullptr, gVKRAlgoPool.load());
+}
+
+// Whatever the stages' own switches say: files are written by bDebugDumpEnable alone.
+TEST(ApiWithoutEngine, WithoutDebugNoFileIsWritten)
+{
+    namespace fs = std::filesystem;
+    LinesScope lines;
+    const WorkFolder folder;
+    for (const char* pName : {"result", "Dump", "GhostDump", "FusionDump", "ReLinearizeDump", "ClusterDump",
+                              "FeatureMatchDump", "AISeg", "WeightDump", "res"}) {
+        fs::create_directories(pName);
+    }
+    const auto files = [] {
+        std::vector<std::string> vNames;
+        for (const auto& entry : fs::recursive_directory_iterator(".")) {
+            if (entry.is_regular_file()) vNames.push_back(entry.path().filename().string());
+        }
+        return vNames;
+    };
+    for (const int bDebug : {0, 1}) {
+        const ParameterFile parameters({{"bDebugDumpEnable", bDebug},
+                                        {"CMultipleImagesAlignFilter.bDumpDebug", 1},
+                                        {"CGhostProcessFilter.bDumpDebug", 1},
+                                        {"CLocalAutoCurveFilter.bDumpDebugFile", 1}});
+        ASSERT_EQ(0, vkrHdrInit(InitParam(parameters.Path())));
+        for (const int nExposureNum : {1, 3}) {
+            HostPicture out(64, 48);
+            for (int k = 0; k < 3; ++k) vkrHdrAddFrame(static_cast<uint32_t>(k), DrawExposure(64, 48, k, 3).Frame());
+            EXPECT_EQ(0, vkrHdrRender(nExposureNum, 0, 0, 1, nullptr, out.Frame()));
+        }
+        EXPECT_EQ(0, vkrHdrUninit());
+        const std::vector<std::string> vNames = files();
+        EXPECT_EQ(bDebug != 0, !vNames.empty()) << vNames.size() << " files";
+        const std::string sCurves = "LocalContrastDump\\before.bmp";
+        EXPECT_EQ(bDebug != 0, std::find(vNames.begin(), vNames.end(), sCurves) != vNames.end());
+    }
+}
+
+TEST(ApiWithoutEngine, ALongLineIsCutAndEnds)
+{
+    LinesScope lines;
+    EXPECT_EQ(-1, vkrHdrInit(InitParam(std::string(2000, 'x').c_str())));
+    const std::string sPath = "Can not open parameter file:";
+    const size_t nAt = lines.Text().find(sPath);
+    ASSERT_NE(std::string::npos, nAt);
+    const std::string sLine = lines.Text().substr(nAt, lines.Text().find('\n', nAt) + 1 - nAt);
+    EXPECT_EQ(sPath + std::string(511 - 4 - sPath.size(), 'x') + "...\n", sLine);
 }
 
 TEST(ApiWithoutEngine, AFileThatDoesNotParseLeavesTheEngine)

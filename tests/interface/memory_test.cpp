@@ -1,11 +1,25 @@
 #include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <cstdlib>
 
 #include "foundation/mem_pool.h"
+#include "local_curve/local_curve_rows.h"
 #include "support/parameter_file.h"
 #include "support/quiet_lines.h"
 #include "support/raw_memory.h"
 #include "support/test_burst.h"
 #include "vkrHdr.h"
+
+// Scratch of one size is refused; the sanitizers have an allocator of their own.
+#if defined(__GLIBC__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__)
+#define VKR_HEAP_CAN_REFUSE
+static size_t g_nRefusedBytes = 0;
+void* aligned_alloc(size_t nAlignment, size_t nBytes) noexcept
+{
+    return nBytes == g_nRefusedBytes ? nullptr : memalign(nAlignment, nBytes);
+}
+#endif
 
 namespace vkr {
 namespace {
@@ -43,6 +57,16 @@ protected:
             EXPECT_TRUE(out.Untouched());
         }
         return nRendered;
+    }
+
+    static std::vector<uint8_t> BurstPixels(int w, int h, int nExposureNum)
+    {
+        HostPicture out(w, h);
+        for (int k = 0; k < nExposureNum; ++k) {
+            vkrHdrAddFrame(static_cast<uint32_t>(k), DrawExposure(w, h, k, nExposureNum).Frame());
+        }
+        EXPECT_EQ(0, vkrHdrRender(nExposureNum, nExposureNum / 2, 0, 1, nullptr, out.Frame()));
+        return out.Pixels();
     }
 
     LinesScope m_lines;
@@ -130,6 +154,29 @@ TEST_P(MemoryOfBursts, EveryBlockThatFailsEndsInAnAnswer)
     }
     EXPECT_GT(nTooSmall, 10);
 }
+
+#ifdef VKR_HEAP_CAN_REFUSE
+// Without memory for the tables of its curves a burst ends as one without local contrast.
+TEST_F(MemoryTest, LocalCurvesThatFailLeaveThePicture)
+{
+    for (const int nExposureNum : {1, 3}) {
+        const auto burst = [&](int bContrast, size_t nRefused) {
+            const ParameterFile file({{"bContrastEnable", bContrast}});
+            InitEngine(file);
+            g_nRefusedBytes = nRefused;
+            const std::vector<uint8_t> vPixels = BurstPixels(64, 48, nExposureNum);
+            g_nRefusedBytes = 0;
+            EXPECT_EQ(0, vkrHdrUninit());
+            return vPixels;
+        };
+        const std::vector<uint8_t> vPlain = burst(0, 0);
+        EXPECT_NE(vPlain, burst(1, 0));
+        EXPECT_EQ(vPlain, burst(1, (8 * 8 * sizeof(BlockTable) + 63) / 64 * 64));
+        EXPECT_TRUE(m_lines.Contains("no memory for the local curves"));
+        m_lines.Text().clear();
+    }
+}
+#endif
 
 TEST_F(MemoryTest, LaterBurstsLeaveTheHeapAlone)
 {

@@ -30,6 +30,9 @@ In a file every section begins with its name on a line of its own; a value line 
 is not read. A value out of its range is brought to the nearer bound with a message; an
 [enciphered file](enciphered_files.md) is read more strictly. `params/default.txt` holds the defaults without debug files,
 `params/photo.txt` [the photo preset](#the-photo-preset).
+
+Where a lower bound lies above the upper one, or a list's first node above its last, what is below the lower or first is
+brought to that one; it is tested first.
 '''
 
 PRESET_HEAD = '''
