@@ -1,6 +1,5 @@
 #include "tagged_jpeg.h"
 
-#include <cstring>
 #include <exiv2/exiv2.hpp>
 
 namespace vkr::tool {
@@ -13,16 +12,6 @@ auto Open(const Bytes& vJpeg)
     auto photo = Exiv2::ImageFactory::open(vJpeg.data(), static_cast<long>(vJpeg.size()));
     photo->readMetadata();
     return photo;
-}
-
-// No profile that anybody could use, but with the marks of one for R, G, B.
-Exiv2::DataBuf FakeProfile()
-{
-    Exiv2::DataBuf profile(256);
-    std::memset(profile.pData_, 0, 256);
-    profile.pData_[2] = 1;  // its length, 256, big-endian
-    std::memcpy(profile.pData_ + 16, "RGB ", 4);
-    return profile;
 }
 
 }  // namespace
@@ -48,8 +37,11 @@ Bytes WithTags(const Bytes& vJpeg, const Tags& tags)
         Exiv2::ExifThumb(exif).setJpegThumbnail(vJpeg.data(), 600);
     }
     photo->setExifData(exif);
-    Exiv2::DataBuf profile = FakeProfile();
-    if (tags.bProfile) photo->setIccProfile(profile);
+    if (tags.bStale) {
+        photo->xmpData()["Xmp.dc.creator"] = "Author";
+        photo->xmpData()["Xmp.tiff.Orientation"] = tags.nOrientation;
+        photo->iptcData()["Iptc.Application2.City"] = "Town";
+    }
     photo->writeMetadata();
     Exiv2::BasicIo& io = photo->io();
     Bytes vBytes(io.size());
@@ -60,11 +52,16 @@ Bytes WithTags(const Bytes& vJpeg, const Tags& tags)
     return vBytes;
 }
 
-std::string TagOf(const Bytes& vJpeg, const std::string& sKey)
+std::string TagOf(const Bytes& vPicture, const std::string& sKey)
 {
-    const auto photo = Open(vJpeg);
-    const auto tag = photo->exifData().findKey(Exiv2::ExifKey(sKey));
-    return tag == photo->exifData().end() ? std::string() : tag->toString();
+    const auto photo = Open(vPicture);
+    const auto find = [](const auto& data, const auto& key) {
+        const auto tag = data.findKey(key);
+        return tag == data.end() ? std::string() : tag->toString();
+    };
+    if (sKey.rfind("Xmp.", 0) == 0) return find(photo->xmpData(), Exiv2::XmpKey(sKey));
+    if (sKey.rfind("Iptc.", 0) == 0) return find(photo->iptcData(), Exiv2::IptcKey(sKey));
+    return find(photo->exifData(), Exiv2::ExifKey(sKey));
 }
 
 bool HasThumbnail(const Bytes& vJpeg)
@@ -72,12 +69,6 @@ bool HasThumbnail(const Bytes& vJpeg)
     const auto photo = Open(vJpeg);
     Exiv2::ExifData exif = photo->exifData();
     return Exiv2::ExifThumb(exif).copy().size_ > 0;
-}
-
-size_t ProfileSize(const Bytes& vJpeg)
-{
-    const auto photo = Open(vJpeg);
-    return photo->iccProfileDefined() ? static_cast<size_t>(photo->iccProfile()->size_) : 0;
 }
 
 }  // namespace vkr::tool

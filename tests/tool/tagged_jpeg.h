@@ -10,17 +10,15 @@ namespace vkr::tool {
 struct Tags {
     std::string sTime, sAperture, sIso;  // "1/30", "28/10", "100"
     int nOrientation = 0;
-    bool bStale = false;  // a wrong picture size and a thumbnail
-    bool bProfile = false;
+    bool bStale = false;  // a wrong picture size and a thumbnail; XMP and IPTC, too
 };
 
 // The JPEG with that EXIF, written by the metadata library itself.
 Bytes WithTags(const Bytes& vJpeg, const Tags& tags);
 
-// One tag of a JPEG as text; empty when it is not there.
-std::string TagOf(const Bytes& vJpeg, const std::string& sKey);
+// One tag of a JPEG or PNG (EXIF, XMP, IPTC) as text; empty when it is not there.
+std::string TagOf(const Bytes& vPicture, const std::string& sKey);
 
 bool HasThumbnail(const Bytes& vJpeg);
-size_t ProfileSize(const Bytes& vJpeg);
 
 }  // namespace vkr::tool

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "pictures/colour_convert.h"
+#include "pictures/colour_profile.h"
 #include "run_tool.h"
 #include "tagged_jpeg.h"
 
@@ -39,30 +41,44 @@ TEST(ReadPhotoInfo, KnowsNothingWithoutUsableExif)
     }
 }
 
-TEST(WithMetadataOf, CarriesTagsAndProfileWithoutWhatIsStale)
+TEST(WithMetadataOf, CarriesAllKindsWithoutWhatIsStale)
 {
     Tags tags{"1/50", "", "", 8};
-    tags.bStale = tags.bProfile = true;
+    tags.bStale = true;
     const Bytes vSource = WithTags(PlainJpeg(), tags);
     ASSERT_TRUE(HasThumbnail(vSource));
-    const Bytes vPlain = PlainJpeg();
-    const Bytes vResult = WithMetadataOf(vSource, vPlain, 64, 48);
-    EXPECT_EQ("1/50", TagOf(vResult, "Exif.Photo.ExposureTime"));
-    EXPECT_EQ("Maker", TagOf(vResult, "Exif.Image.Make"));
-    EXPECT_EQ("8", TagOf(vResult, "Exif.Image.Orientation"));
-    EXPECT_EQ("64", TagOf(vResult, "Exif.Photo.PixelXDimension"));
-    EXPECT_EQ("48", TagOf(vResult, "Exif.Photo.PixelYDimension"));
-    EXPECT_FALSE(HasThumbnail(vResult));
-    EXPECT_EQ(256u, ProfileSize(vResult));
-    std::string sWarning;
-    EXPECT_EQ(ReadJpeg(vPlain, "", sWarning).frame.vY, ReadJpeg(vResult, "", sWarning).frame.vY);
+    const Bytes vProfile = ProfileOfPrimaries({0.3127, 0.329, 0.68, 0.32, 0.265, 0.69, 0.15, 0.06});
+    const Frame frame = DrawnFrames(64, 48)[1];
+    const Bytes vJpeg = WriteJpeg(frame, 90, vProfile), vPng = WritePng(RgbFromFrame(frame), false, vProfile);
+    const struct {
+        const Bytes& vPicture;
+        std::string sOrientation;
+    } vCases[] = {{vJpeg, "8"}, {vPng, "1"}};
+    for (const auto& c : vCases) {
+        SCOPED_TRACE(c.sOrientation);
+        const Bytes vResult = WithMetadataOf(vSource, c.vPicture, 64, 48, std::stoi(c.sOrientation));
+        EXPECT_EQ("1/50", TagOf(vResult, "Exif.Photo.ExposureTime"));
+        EXPECT_EQ("Maker", TagOf(vResult, "Exif.Image.Make"));
+        EXPECT_EQ("Author", TagOf(vResult, "Xmp.dc.creator"));
+        EXPECT_EQ("Town", TagOf(vResult, "Iptc.Application2.City"));
+        EXPECT_EQ(c.sOrientation, TagOf(vResult, "Exif.Image.Orientation"));
+        EXPECT_EQ(c.sOrientation, TagOf(vResult, "Xmp.tiff.Orientation"));
+        EXPECT_EQ("64", TagOf(vResult, "Exif.Photo.PixelXDimension"));
+        EXPECT_EQ("48", TagOf(vResult, "Exif.Photo.PixelYDimension"));
+        EXPECT_FALSE(HasThumbnail(vResult));
+        std::string sWarning;
+        const StoredFrame before = ReadPicture(c.vPicture, "", sWarning), after = ReadPicture(vResult, "", sWarning);
+        EXPECT_EQ(before.frame.vY, after.frame.vY);
+        EXPECT_FALSE(vProfile.empty());
+        EXPECT_EQ(vProfile, after.vProfile);
+    }
 }
 
-TEST(WithMetadataOf, LeavesTheJpegAloneWithoutMetadata)
+TEST(WithMetadataOf, LeavesThePictureAloneWithoutMetadata)
 {
     const Bytes vPlain = PlainJpeg();
-    EXPECT_EQ(vPlain, WithMetadataOf({1, 2, 3}, vPlain, 64, 48));
-    EXPECT_EQ("", TagOf(WithMetadataOf(vPlain, vPlain, 64, 48), "Exif.Photo.PixelXDimension"));
+    EXPECT_EQ(vPlain, WithMetadataOf({1, 2, 3}, vPlain, 64, 48, 1));
+    EXPECT_EQ(vPlain, WithMetadataOf(vPlain, vPlain, 64, 48, 1));
 }
 
 }  // namespace vkr::tool

@@ -16,7 +16,8 @@ namespace vkr::tool {
 // it), the frame and, as far as known, the info.
 struct Photo {
     std::string sName;
-    Bytes vFile;  // as it came, for the EXIF and the profile of a result; may be empty
+    Bytes vFile;     // as it came, for the metadata of a result; may be empty
+    Bytes vProfile;  // ICC; empty: sRGB
     Frame frame;
     PhotoInfo info;
     FrameLight light;  // ArrangeBurst fills it

@@ -3,15 +3,19 @@
 #include <utility>
 
 #include "burst/stop_watch.h"
+#include "pictures/colour_profile.h"
 
 namespace vkr::tool {
 
 namespace {
 
-Frame ReadFrame(const BurstChoice& choice, const Bytes& vFile, const std::string& sName, Remarks& remarks)
+void ReadFrame(const BurstChoice& choice, Photo& photo, Remarks& remarks)
 {
+    const Bytes& vFile = photo.vFile;
+    const std::string& sName = photo.sName;
     if (choice.IsRaw()) {
-        return ReadRaw(vFile, choice.rawSize.nWidth, choice.rawSize.nHeight, choice.bCrFirst, sName);
+        photo.frame = ReadRaw(vFile, choice.rawSize.nWidth, choice.rawSize.nHeight, choice.bCrFirst, sName);
+        return;
     }
     std::string sWarning;
     StoredFrame stored = ReadPicture(vFile, sName, sWarning);
@@ -20,7 +24,8 @@ Frame ReadFrame(const BurstChoice& choice, const Bytes& vFile, const std::string
         remarks.Say("%s: cut from %dx%d to even sides, %dx%d", sName.c_str(), stored.nStoredWidth, stored.nStoredHeight,
                     stored.frame.nWidth, stored.frame.nHeight);
     }
-    return std::move(stored.frame);
+    photo.frame = std::move(stored.frame);
+    photo.vProfile = std::move(stored.vProfile);
 }
 
 Photo ReadPhoto(const BurstChoice& choice, const std::string& sName, Remarks& remarks)
@@ -29,9 +34,34 @@ Photo ReadPhoto(const BurstChoice& choice, const std::string& sName, Remarks& re
     photo.sName = sName;
     const size_t nRaw = RawFrameBytes(choice.rawSize.nWidth, choice.rawSize.nHeight);
     photo.vFile = ReadWholeFile(sName, choice.IsRaw() ? nRaw : kMostPictureBytes);
-    photo.frame = ReadFrame(choice, photo.vFile, sName, remarks);
+    ReadFrame(choice, photo, remarks);
     if (!choice.IsRaw()) photo.info = ReadPhotoInfo(photo.vFile);
     return photo;
+}
+
+// All frames mean by their samples what the reference means.
+void MatchColours(PhotoBurst& burst, Remarks& remarks)
+{
+    const Bytes vWanted = burst.Reference().vProfile;
+    for (Photo& photo : burst.vPhotos) {
+        if (MeanTheSame(photo.vProfile, vWanted)) continue;
+        const bool bConverted = ConvertColours(photo.vProfile, vWanted, photo.frame);
+        remarks.Say(bConverted ? "%s: colours converted from %s to %s, as the reference has them"
+                               : "%s: colours taken as they are: a profile, %s or %s, can not be used",
+                    photo.sName.c_str(), ProfileName(photo.vProfile).c_str(), ProfileName(vWanted).c_str());
+        photo.vProfile = vWanted;
+    }
+}
+
+// A camera that looks up or down takes its side for a guess; what is stored lies one way all the same.
+void SayTurned(const PhotoBurst& burst, Remarks& remarks)
+{
+    const int nWanted = burst.Reference().info.nOrientation;
+    for (const Photo& photo : burst.vPhotos) {
+        if (photo.info.nOrientation == nWanted) continue;
+        remarks.Say("%s: EXIF orientation %d, the reference has %d; taken as it is stored, like the reference",
+                    photo.sName.c_str(), photo.info.nOrientation, nWanted);
+    }
 }
 
 void SayBurst(const PhotoBurst& burst, Remarks& remarks)
@@ -56,6 +86,8 @@ PhotoBurst ReadBurst(const BurstChoice& choice, Remarks& remarks)
     remarks.Say("read %zu frames of %dx%d in %d ms, darkest first by %s", burst.vPhotos.size(), size.nWidth,
                 size.nHeight, watch.Ms(), burst.order.bByExif ? "EXIF exposure" : "mean luma");
     SayBurst(burst, remarks);
+    SayTurned(burst, remarks);
+    MatchColours(burst, remarks);
     return burst;
 }
 

@@ -83,9 +83,13 @@ Bytes EncodeResult(const FuseOptions& options, const Frame& result, const Photo&
 {
     switch (KindOfPath(options.sOutput)) {
         case PictureKind::kJpeg:
-            return WithMetadataOf(reference.vFile, WriteJpeg(result, options.nQuality), result.nWidth, result.nHeight);
-        case PictureKind::kPng:
-            return WritePng(TurnUpright(RgbFromFrame(result), reference.info.nOrientation));
+            return WithMetadataOf(reference.vFile, WriteJpeg(result, options.nQuality, reference.vProfile),
+                                  result.nWidth, result.nHeight, reference.info.nOrientation);
+        case PictureKind::kPng: {
+            const Raster upright = TurnUpright(RgbFromFrame(result), reference.info.nOrientation);
+            return WithMetadataOf(reference.vFile, WritePng(upright, false, reference.vProfile), upright.nWidth,
+                                  upright.nHeight, 1);
+        }
         case PictureKind::kRaw:
             break;
     }
@@ -99,8 +103,10 @@ CLI::App* DefineFuse(CLI::App& app, FuseOptions& options)
     CLI::App* pCommand = app.add_subcommand("fuse", "Fuses JPEG or PNG pictures of one scene and one size.");
     DefineBurst(*pCommand, options.burst);
     pCommand
-        ->add_option("-o,--output", options.sOutput,
-                     "the result: .jpg keeps the EXIF, .png is turned upright, anything else is as --raw")
+        ->add_option(
+            "-o,--output", options.sOutput,
+            "the result: .jpg as it is stored, .png turned upright, both with the reference's metadata and colour "
+            "profile; anything else is as --raw")
         ->required();
     pCommand->add_option("--quality", options.nQuality, "quality of a JPEG result, 1 to 100")
         ->check(CLI::Range(1, 100))

@@ -56,29 +56,38 @@ void TakeExposure(const Exiv2::ExifData& exif, PhotoInfo& info)
     info.sExposure = ExposureWords(fTime, fAperture, fIso);
 }
 
-// Only where the tag is there already: EXIF that never told its size does not start to.
-void Replace(Exiv2::ExifData& exif, const char* pTag, int nValue)
+// Only where the tag is there already: metadata that never told its size do not start to.
+template <class Key, class Data>
+void Replace(Data& data, const char* pTag, int nValue)
 {
-    const auto tag = exif.findKey(Exiv2::ExifKey(pTag));
-    if (tag != exif.end()) *tag = static_cast<uint32_t>(nValue);
+    const auto tag = data.findKey(Key(pTag));
+    if (tag != data.end()) tag->setValue(std::to_string(nValue));
 }
 
-void CopyExif(Exiv2::ExifData exif, int w, int h, Exiv2::Image& target)
+void CopyExif(Exiv2::ExifData exif, int w, int h, int nOrientation, Exiv2::Image& target)
 {
+    using Key = Exiv2::ExifKey;
     Exiv2::ExifThumb(exif).erase();
-    Replace(exif, "Exif.Photo.PixelXDimension", w);
-    Replace(exif, "Exif.Photo.PixelYDimension", h);
-    Replace(exif, "Exif.Image.ImageWidth", w);
-    Replace(exif, "Exif.Image.ImageLength", h);
+    Replace<Key>(exif, "Exif.Photo.PixelXDimension", w);
+    Replace<Key>(exif, "Exif.Photo.PixelYDimension", h);
+    Replace<Key>(exif, "Exif.Image.ImageWidth", w);
+    Replace<Key>(exif, "Exif.Image.ImageLength", h);
+    Replace<Key>(exif, "Exif.Image.Orientation", nOrientation);
     target.setExifData(exif);
 }
 
-// Only profiles of R, G, B pictures, which the result is too.
-void CopyProfile(Exiv2::Image& source, Exiv2::Image& target)
+void CopyXmp(Exiv2::XmpData xmp, int w, int h, int nOrientation, Exiv2::Image& target)
 {
-    if (!source.iccProfileDefined()) return;
-    Exiv2::DataBuf* pProfile = source.iccProfile();
-    if (pProfile->size_ > 128 && std::memcmp(pProfile->pData_ + 16, "RGB ", 4) == 0) target.setIccProfile(*pProfile);
+    using Key = Exiv2::XmpKey;
+    for (auto tag = xmp.begin(); tag != xmp.end();) {
+        tag = tag->key().rfind("Xmp.xmp.Thumbnails", 0) == 0 ? xmp.erase(tag) : tag + 1;
+    }
+    Replace<Key>(xmp, "Xmp.exif.PixelXDimension", w);
+    Replace<Key>(xmp, "Xmp.exif.PixelYDimension", h);
+    Replace<Key>(xmp, "Xmp.tiff.ImageWidth", w);
+    Replace<Key>(xmp, "Xmp.tiff.ImageLength", h);
+    Replace<Key>(xmp, "Xmp.tiff.Orientation", nOrientation);
+    target.setXmpData(xmp);
 }
 
 Bytes BytesOf(Exiv2::BasicIo& io)
@@ -125,18 +134,20 @@ int QuarterTurns(int nExifOrientation)
     }
 }
 
-Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vJpeg, int w, int h)
+Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vPicture, int w, int h, int nOrientation)
 {
     try {
         const auto source = OpenPhoto(vSource);
-        const auto target = OpenPhoto(vJpeg);
-        CopyExif(source->exifData(), w, h, *target);
-        CopyProfile(*source, *target);
+        if (source->exifData().empty() && source->xmpData().empty() && source->iptcData().empty()) return vPicture;
+        const auto target = OpenPhoto(vPicture);
+        CopyExif(source->exifData(), w, h, nOrientation, *target);
+        CopyXmp(source->xmpData(), w, h, nOrientation, *target);
+        target->setIptcData(source->iptcData());
         target->writeMetadata();
         Bytes vBytes = BytesOf(target->io());
-        return vBytes.empty() ? vJpeg : vBytes;
+        return vBytes.empty() ? vPicture : vBytes;
     } catch (const std::exception&) {
-        return vJpeg;
+        return vPicture;
     }
 }
 

@@ -20,8 +20,9 @@ PhotoInfo ReadPhotoInfo(const Bytes& vPicture);
 // pictures count as what they mirror.
 int QuarterTurns(int nExifOrientation);
 
-// The JPEG with the EXIF and the colour profile of another picture file, less its thumbnail and with the size w x h. A
-// file without either, or with EXIF that can not be read, gives the JPEG as it is.
-Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vJpeg, int w, int h);
+// The JPEG or PNG with the EXIF, XMP and IPTC of another picture file, less its thumbnails, with the size w x h and
+// that orientation wherever they were told. A file without any, or with what can not be read, gives the picture as it
+// is.
+Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vPicture, int w, int h, int nOrientation);
 
 }  // namespace vkr::tool

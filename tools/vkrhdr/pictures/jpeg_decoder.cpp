@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <csetjmp>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include <jpeglib.h>
 
@@ -111,6 +113,7 @@ private:
     [[noreturn]] void Refuse(const std::string& sWhy) const { throw BurstError(m_sName + ": " + sWhy); }
 
     void ReadHeader();
+    Bytes ReadProfile();
     void CheckHeader() const;
     void FindSteps(DecodedJpeg& jpeg) const;
     void MakePlanes(DecodedJpeg& jpeg) const;
@@ -133,10 +136,23 @@ void JpegDecoder::ReadHeader()
     const bool bRead = m_errors.Run([this] {
         jpeg_create_decompress(&m_info);
         jpeg_mem_src(&m_info, m_vBytes.data(), m_vBytes.size());
+        jpeg_save_markers(&m_info, JPEG_APP0 + 2, 0xFFFF);
         jpeg_read_header(&m_info, TRUE);
     });
     if (m_errors.IsCut()) Refuse("is cut short, in its header");
     if (!bRead) Refuse(std::string("no usable JPEG: ") + m_errors.Words());
+}
+
+// One that is not there whole is none; a warning says so.
+Bytes JpegDecoder::ReadProfile()
+{
+    struct {
+        JOCTET* pBytes = nullptr;
+        unsigned nSize = 0;
+    } profile;
+    const bool bRead = m_errors.Run([&] { jpeg_read_icc_profile(&m_info, &profile.pBytes, &profile.nSize); });
+    const std::unique_ptr<JOCTET, void (*)(void*)> owner(profile.pBytes, &std::free);
+    return bRead && profile.pBytes != nullptr ? Bytes(profile.pBytes, profile.pBytes + profile.nSize) : Bytes();
 }
 
 void JpegDecoder::CheckHeader() const
@@ -240,6 +256,7 @@ DecodedJpeg JpegDecoder::Decode()
     ReadHeader();
     CheckHeader();
     DecodedJpeg jpeg;
+    jpeg.vProfile = ReadProfile();
     jpeg.nWidth = static_cast<int>(m_info.image_width);
     jpeg.nHeight = static_cast<int>(m_info.image_height);
     if (m_info.jpeg_color_space == JCS_RGB) {

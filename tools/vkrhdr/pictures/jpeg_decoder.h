@@ -21,6 +21,7 @@ struct DecodedJpeg {
     int nStepX = 0, nStepY = 0;  // chroma samples for every four of luma each way: 4, 2 or 1
     JpegPlane vPlanes[3];
     Raster rgb;
+    Bytes vProfile;  // ICC, whole; else empty
 };
 
 // A picture is given only if all of it was decoded. BurstError, with sName in front, for a file that is cut or damaged

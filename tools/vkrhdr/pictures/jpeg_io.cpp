@@ -53,15 +53,39 @@ Frame FrameFromPlanes(const DecodedJpeg& jpeg)
     return frame;
 }
 
+// Behind the JFIF segment that the encoder writes first, in as many segments as it needs.
+Bytes WithProfileSegments(const Bytes& vJpeg, const Bytes& vProfile)
+{
+    constexpr size_t kMost = 65519;  // of a profile in one segment
+    constexpr size_t kFirst = 2;     // behind the start mark
+    const size_t nParts = (vProfile.size() + kMost - 1) / kMost;
+    if (nParts == 0 || nParts > 255) return vJpeg;
+    const size_t nPlace = kFirst + 2 + (static_cast<size_t>(vJpeg[kFirst + 2]) << 8 | vJpeg[kFirst + 3]);
+    Bytes vSegments;
+    for (size_t i = 0; i < nParts; ++i) {
+        const size_t nBegin = i * kMost, nSize = std::min(kMost, vProfile.size() - nBegin);
+        const size_t nLength = nSize + 16;  // itself, the name, two numbers
+        vSegments.insert(vSegments.end(), {0xFF, 0xE2, static_cast<uint8_t>(nLength >> 8),
+                                           static_cast<uint8_t>(nLength), 'I', 'C', 'C', '_', 'P', 'R', 'O', 'F', 'I',
+                                           'L', 'E', 0, static_cast<uint8_t>(i + 1), static_cast<uint8_t>(nParts)});
+        const auto part = vProfile.begin() + static_cast<std::ptrdiff_t>(nBegin);
+        vSegments.insert(vSegments.end(), part, part + static_cast<std::ptrdiff_t>(nSize));
+    }
+    Bytes vResult = vJpeg;
+    vResult.insert(vResult.begin() + static_cast<std::ptrdiff_t>(nPlace), vSegments.begin(), vSegments.end());
+    return vResult;
+}
+
 }  // namespace
 
 StoredFrame ReadJpeg(const Bytes& vBytes, const std::string& sName, std::string& sWarning)
 {
     const DecodedJpeg jpeg = DecodeJpeg(vBytes, sName, sWarning);
-    return {jpeg.nPlanes == 0 ? FrameFromRgb(jpeg.rgb, sName) : FrameFromPlanes(jpeg), jpeg.nWidth, jpeg.nHeight};
+    return {jpeg.nPlanes == 0 ? FrameFromRgb(jpeg.rgb, sName) : FrameFromPlanes(jpeg), jpeg.nWidth, jpeg.nHeight,
+            jpeg.vProfile};
 }
 
-Bytes WriteJpeg(const Frame& frame, int nQuality)
+Bytes WriteJpeg(const Frame& frame, int nQuality, const Bytes& vProfile)
 {
     const Turbo turbo(tjInitCompress(), &tjDestroy);
     if (!turbo) throw BurstError("no memory for the JPEG encoder");
@@ -80,7 +104,7 @@ Bytes WriteJpeg(const Frame& frame, int nQuality)
                                                 &pJpeg, &nSize, nQuality, TJFLAG_ACCURATEDCT);
     const std::unique_ptr<unsigned char, void (*)(unsigned char*)> buffer(pJpeg, &tjFree);
     if (nResult != 0) throw BurstError(std::string("the JPEG encoder failed: ") + tjGetErrorStr2(turbo.get()));
-    return Bytes(pJpeg, pJpeg + nSize);
+    return WithProfileSegments(Bytes(pJpeg, pJpeg + nSize), vProfile);
 }
 
 }  // namespace vkr::tool

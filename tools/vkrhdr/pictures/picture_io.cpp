@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <utility>
 
 #include "pictures/colour_convert.h"
+#include "pictures/png_chunks.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {
@@ -72,13 +74,26 @@ Bytes WriteRaw(const Frame& frame)
     return vBytes;
 }
 
+namespace {
+
+std::string LossOf(const PngFacts& facts, const std::string& sName)
+{
+    std::string sLoss = facts.bDeep ? "16 bits a sample are rounded to 8" : "";
+    if (facts.bTransparent) sLoss += (sLoss.empty() ? "" : ", ") + std::string("transparent parts stand before black");
+    return sLoss.empty() ? sLoss : sName + ": " + sLoss;
+}
+
+}  // namespace
+
 StoredFrame ReadPicture(const Bytes& vBytes, const std::string& sName, std::string& sWarning)
 {
     const PictureKind kind = KindOfBytes(vBytes);
     if (kind == PictureKind::kJpeg) return ReadJpeg(vBytes, sName, sWarning);
     if (kind != PictureKind::kPng) throw BurstError(sName + ": is neither a JPEG nor a PNG file");
     const Raster raster = ReadPng(vBytes, sName);
-    return {FrameFromRgb(raster, sName), raster.nWidth, raster.nHeight};
+    PngFacts facts = ReadPngFacts(vBytes);
+    sWarning = LossOf(facts, sName);
+    return {FrameFromRgb(raster, sName), raster.nWidth, raster.nHeight, std::move(facts.vProfile)};
 }
 
 }  // namespace vkr::tool

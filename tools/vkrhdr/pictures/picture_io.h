@@ -34,6 +34,7 @@ private:
 struct StoredFrame {
     Frame frame;
     int nStoredWidth = 0, nStoredHeight = 0;
+    Bytes vProfile;  // ICC; empty where the file has none
 };
 
 enum class PictureKind { kJpeg, kPng, kRaw };
@@ -50,18 +51,23 @@ PictureKind KindOfPath(const std::string& sPath);
 // converted; CMYK is refused, and so is what is not there whole (see jpeg_decoder.h). sWarning receives what the
 // decoder complained about although nothing is missing.
 StoredFrame ReadJpeg(const Bytes& vBytes, const std::string& sName, std::string& sWarning);
-Bytes WriteJpeg(const Frame& frame, int nQuality);  // 4:2:0, the planes as they are; quality 1 .. 100
 
-// Any PNG, as 8-bit R, G, B: 16 bits are rounded, transparent parts stand before black.
+// 4:2:0, the planes as they are; quality 1 .. 100. An empty profile is not written.
+Bytes WriteJpeg(const Frame& frame, int nQuality, const Bytes& vProfile = {});
+
+// Any PNG, as 8-bit R, G, B: 16 bits are rounded, transparent parts stand before black. A gamma is brought to that of
+// sRGB, unless there is a profile, which then tells what the samples mean.
 Raster ReadPng(const Bytes& vBytes, const std::string& sName);
-Bytes WritePng(const Raster& raster, bool bFast = false);  // fast: larger files
+
+// fast: larger files. Without a profile it says sRGB.
+Bytes WritePng(const Raster& raster, bool bFast = false, const Bytes& vProfile = {});
 
 // Exactly one frame of w x h, both even: RawFrameBytes of them.
 size_t RawFrameBytes(int w, int h);
 Frame ReadRaw(const Bytes& vBytes, int w, int h, bool bCrFirst, const std::string& sName);
 Bytes WriteRaw(const Frame& frame);
 
-// A frame in memory out of a JPEG or PNG.
+// A frame in memory out of a JPEG or PNG. sWarning as above; it also tells what of a PNG is lost.
 StoredFrame ReadPicture(const Bytes& vBytes, const std::string& sName, std::string& sWarning);
 
 }  // namespace vkr::tool

@@ -1,8 +1,10 @@
 #include <png.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "pictures/picture_io.h"
+#include "pictures/png_chunks.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {
@@ -30,12 +32,23 @@ private:
 
 constexpr png_uint_32 kMaxSide = 16384;
 
+// Before the pixels, as the decoder would find it.
+bool HasProfile(const Bytes& vBytes)
+{
+    const auto holds = [&](const char* pType, Bytes::const_iterator end) {
+        return std::search(vBytes.begin(), end, pType, pType + 4);
+    };
+    const auto pixels = holds("IDAT", vBytes.end());
+    return holds("iCCP", pixels) != pixels;
+}
+
 }  // namespace
 
 Raster ReadPng(const Bytes& vBytes, const std::string& sName)
 {
     PngRecord image;
-    if (!png_image_begin_read_from_memory(image.Get(), vBytes.data(), vBytes.size())) {
+    const Bytes vPlain = HasProfile(vBytes) ? WithoutColourChunks(vBytes) : vBytes;
+    if (!png_image_begin_read_from_memory(image.Get(), vPlain.data(), vPlain.size())) {
         throw BurstError(sName + ": no usable PNG: " + image->message);
     }
     if (image->width > kMaxSide || image->height > kMaxSide) {
@@ -52,7 +65,7 @@ Raster ReadPng(const Bytes& vBytes, const std::string& sName)
     return rgb;
 }
 
-Bytes WritePng(const Raster& raster, bool bFast)
+Bytes WritePng(const Raster& raster, bool bFast, const Bytes& vProfile)
 {
     PngRecord image;
     image->width = static_cast<png_uint_32>(raster.nWidth);
@@ -65,7 +78,7 @@ Bytes WritePng(const Raster& raster, bool bFast)
         throw BurstError(std::string("the PNG encoder failed: ") + image->message);
     }
     vBytes.resize(nSize);
-    return vBytes;
+    return vProfile.empty() ? vBytes : WithProfileChunk(vBytes, vProfile);
 }
 
 }  // namespace vkr::tool
