@@ -11,7 +11,8 @@
  * Threads
  *   vkrHdrInit, vkrHdrAddFrame and vkrHdrRender belong to one host thread. vkrHdrUninit and vkrHdrGetVersion may come
  *   from another one: vkrHdrUninit waits for a running call. The heavy loops run on the OpenMP team (OMP_NUM_THREADS),
- *   and each burst starts two more threads that have ended when vkrHdrRender returns.
+ *   and each burst starts two more threads that have ended when vkrHdrRender returns. The bytes of a result depend on
+ *   no number of threads.
  *
  * Processes
  *   dlclose leaves the library in its place (it is linked with -z nodelete): threads of the OpenMP team outlive

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cctype>
 #include <cstring>
 
 #include "foundation/filter.h"
@@ -17,9 +16,10 @@ constexpr int kLineBytes = 256;        // a line is taken in pieces of at most 2
 // Room for one character more than a filter's name may have, so that a word cut here equals no name.
 using Word = char[sizeof(CFilter::m_szName) + 1];
 
+// Blank, tab and the line ends, whatever the host's locale says.
 bool IsSpace(int c)
 {
-    return c != EOF && std::isspace(c) != 0;
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 // Takes the next character that is no white space; EOF at the end.

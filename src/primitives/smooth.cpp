@@ -112,7 +112,7 @@ bool CSmoothFilter5x5::SmoothImage8(const CImage& src, CImage& dst, bool bDither
         return true;
     }
     ShareRows(src.nHeight, src.RowSamples(), [&](RowBlock rows) {
-        if (bDither) CarryBehindRows(src, rows.nBegin, scratch.Carry(rows.nIndex));
+        if (bDither && rows.nBegin > 0) CarryBehindRows(src, rows.nBegin, scratch.Carry(rows.nIndex));
         SmoothBlock(src, dst, false, bDither, rows, scratch);
     });
     return true;

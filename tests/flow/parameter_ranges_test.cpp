@@ -10,18 +10,6 @@
 namespace vkr {
 namespace {
 
-// Calls fn for every parameter of a filter and its sub-filters but the ones that write debug pictures.
-template <class Fn>
-void ForParameters(CFilter& filter, const Fn& fn)
-{
-    for (ParamEntry& entry : filter.Params()) {
-        if (entry.sName.find("Dump") == std::string::npos) fn(entry);
-    }
-    if (auto* pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter)) {
-        for (CFilter* pSub : pFlow->Filters()) ForParameters(*pSub, fn);
-    }
-}
-
 // Whatever is inside the ranges must run to its end inside its pictures: the sanitizers watch.
 TEST(ParameterRanges, EveryParameterAtItsBoundsRuns)
 {
