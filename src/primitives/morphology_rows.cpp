@@ -166,6 +166,24 @@ void CrossRowScalar(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w)
     for (int x = 0; x < w; ++x) pDst[x] = Window(op, rows, x, w, false);
 }
 
+void InRangeRowScalar(const uint8_t* pSrc, uint8_t* pDst, size_t nCount, uint8_t nLow, uint8_t nHigh)
+{
+    for (size_t i = 0; i < nCount; ++i) pDst[i] = nLow <= pSrc[i] && pSrc[i] <= nHigh ? 255 : 0;
+}
+
+void NotRowScalar(const uint8_t* pSrc, uint8_t* pDst, size_t nCount)
+{
+    for (size_t i = 0; i < nCount; ++i) pDst[i] = static_cast<uint8_t>(255 - pSrc[i]);
+}
+
+void BitRowScalar(BitOp op, const uint8_t* pA, const uint8_t* pB, uint8_t* pDst, size_t nCount)
+{
+    for (size_t i = 0; i < nCount; ++i) {
+        const int n = op == BitOp::kAnd ? pA[i] & pB[i] : op == BitOp::kOr ? pA[i] | pB[i] : pA[i] ^ pB[i];
+        pDst[i] = static_cast<uint8_t>(n);
+    }
+}
+
 HWY_EXPORT(SquareOf);
 HWY_EXPORT(CrossOf);
 HWY_EXPORT(InRange);

@@ -32,10 +32,13 @@ void CrossRowScalar(WindowOp op, const WindowRows& rows, uint8_t* pDst, int w);
 
 // 255 where nLow <= sample <= nHigh (nLow <= nHigh), else 0. pDst may be pSrc, no other overlap.
 void InRangeRow(const uint8_t* pSrc, uint8_t* pDst, size_t nCount, uint8_t nLow, uint8_t nHigh);
+void InRangeRowScalar(const uint8_t* pSrc, uint8_t* pDst, size_t nCount, uint8_t nLow, uint8_t nHigh);
 
 // Bit logic, sample by sample. pDst may be a source, no other overlap.
 void NotRow(const uint8_t* pSrc, uint8_t* pDst, size_t nCount);
+void NotRowScalar(const uint8_t* pSrc, uint8_t* pDst, size_t nCount);
 enum class BitOp { kAnd, kOr, kXor };
 void BitRow(BitOp op, const uint8_t* pA, const uint8_t* pB, uint8_t* pDst, size_t nCount);
+void BitRowScalar(BitOp op, const uint8_t* pA, const uint8_t* pB, uint8_t* pDst, size_t nCount);
 
 }  // namespace vkr

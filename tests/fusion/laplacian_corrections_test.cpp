@@ -105,6 +105,11 @@ TEST(ApplyExtendHL, LiftsBrightPixelsAloneAndFloors)
         const int nFloor = nLifted >= 0 ? nLifted / 65536 : -((-nLifted + 65535) / 65536);
         ASSERT_EQ(m < 224 ? nBefore : nFloor, run.vDetail[c][x]) << m;
     });
+    gains.nLowest = 0;  // from black on, where the gain is 0
+    gains.vBySmallest[0] = 0;
+    run.vUp[0][0] = 0;
+    ApplyExtendHL(gains, run);
+    EXPECT_EQ(0, run.vDetail[1][0]);
 }
 
 }  // namespace vkr

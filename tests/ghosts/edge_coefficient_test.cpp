@@ -43,6 +43,10 @@ TEST(EdgeCoefficients, RaiseTheDarkerExposureThatReceivedWeight)
     EXPECT_EQ((Coefs{128, 128}), CoefsOf(255, 32, {0, 128}, {128, 0}, 160));
     // Four times the light is linear 32, shown as 93. The middle one receives nothing, but weight passes it by.
     EXPECT_EQ((Coefs{372, 224, 128}), CoefsOf(32, 32, {0, 0, 128}, {128, 0, 0}, 400));
+    // The two brighter ones keep their weight together; the middle one receives from the brightest.
+    EXPECT_EQ((Coefs{128, 176, 128}), CoefsOf(32, 32, {0, 64, 64}, {0, 128, 0}, 400));
+    // A grey of 4 is linear 1, one and a half times that is rounded to 2, shown as 8.
+    EXPECT_EQ((Coefs{256, 128}), CoefsOf(4, 24, {0, 128}, {128, 0}, 400));
     // Black counts as 1, and no light is no light in any exposure. The ratio of 2^28 passes the axis.
     EXPECT_EQ((Coefs{128, 128}), CoefsOf(0, 32, {0, 128}, {128, 0}, 400));
     EXPECT_EQ(1020, CoefsOf(32, 256, {0, 0, 0, 0, 0, 0, 0, 9}, {9, 0, 0, 0, 0, 0, 0, 0}, 2000)[0]);  // 255 / 32

@@ -48,6 +48,7 @@ TEST(ChooseExposure, StartsFromTheLargestMeanOrTheOneNearest128)
     EXPECT_EQ(0, Choose(StatsOf({40, 60, 0}, {60, 40, 0}), 3, params));
     params.nRegionEdgeWeightW = 8;
     EXPECT_EQ(0, Choose(StatsOf({40, 60, 0}, {60, 40, 0}), 3, params));
+    EXPECT_EQ(0, Choose(StatsOf({59, 60, 0}, {60, 60, 0}), 3, params));  // 59.5 is as good as 60
     params.nRegionEdgeWeightW = 7;
     EXPECT_EQ(1, Choose(StatsOf({40, 60, 0}, {60, 40, 0}), 3, params));
     EXPECT_EQ(0, Choose(RegionStats{}, 3, params));  // no area, no edge

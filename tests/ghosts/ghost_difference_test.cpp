@@ -68,6 +68,7 @@ TEST(BuildDiffImage, WeighsStructureAgainstItsStrength)
     EXPECT_EQ(0, DiffOf({1, 1, 4, -4, 90, 90}, params));     // cored away
     EXPECT_EQ(100, DiffOf({1, 1, 10, -3, 90, 90}, params));  // 18 * 128 / (8 + 15): the strength is of uncored values
     EXPECT_EQ(100, DiffOf({1, 1, -10, 3, 90, 90}, params));
+    EXPECT_EQ(133, DiffOf({1, 1, 11, -3, 90, 90}, params));     // (49 + 1) / 2 * 128 / (8 + 16)
     EXPECT_EQ(128, DiffOf({1, 1, 255, -255, 90, 90}, params));  // 32767 * 128 / 32520: both terms have a limit
     Sides mixed(1, 1, 0, 0, 90, 90);
     mixed.edgesDark.pData[0] = -3;  // weighs -6 / 16, which is 0
@@ -117,6 +118,7 @@ TEST(ApplyGhostThre, RisesInTwoSegmentsWithATruncatedSlope)
                                          {64, 64}, {65, 66}, {95, 126}, {96, 128}, {255, 128}};
     for (const auto& [v, nGhost] : vWant) EXPECT_EQ(nGhost, table[v]) << v;
     EXPECT_EQ(42, ThresholdTable(10, 13, 16)[12]);  // (2 * 64 + 1) * 21845 >> 16; an exact third gives 43
+    EXPECT_EQ(55, ThresholdTable(10, 17, 24)[16]);  // (6 * 64 + 3) * 9362 >> 16, 54 without the rounding
 }
 
 TEST(ApplyGhostThre, LeavesOutSegmentsWithoutALength)

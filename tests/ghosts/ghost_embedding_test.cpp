@@ -146,6 +146,12 @@ TEST(GhostEmbedding, GivesARegionToOneExposureAndCarriesItToTheLevels)
                 EXPECT_EQ(128, burst.choice.Row(y)[3 * x + 2]);
                 EXPECT_EQ(0, burst.choice.Row(0)[2]);
                 EXPECT_TRUE(std::equal(start.pData, start.pData + 3 * 8, vBefore[nStart].begin()));  // far from it
+                for (size_t i = 0; i < start.Samples(); ++i) {  // the old weights have what the shares leave
+                    const int16_t* pShares = burst.choice.pData + i / 3 * 3;
+                    const int nSum = pShares[0] + pShares[1] + pShares[2], nOld = vBefore[nStart][i];
+                    const int nNew = ((128 - std::min(nSum, 128)) * nOld + pShares[i % 3] * 128) / std::max(nSum, 128);
+                    ASSERT_EQ(nNew, start.pData[i]) << i;
+                }
                 EXPECT_EQ(128, burst.vCoefs[nStart].Row(y)[3 * x + 2]);
                 for (int i = 6; i < burst.nLevels; ++i) EXPECT_EQ(vBefore[i], Samples(burst.vWeights[i]));
             }

@@ -149,6 +149,28 @@ KERNEL(CrossRow, {{1}, 1})
     BOTH(CrossRow, op, window, pDst, run.Count());
 }
 
+KERNEL(InRangeRow, {})
+{
+    uint8_t* pRow = run.InOut<uint8_t>(run.Samples());
+    const uint8_t nLow = static_cast<uint8_t>(run.Number(0, 255));
+    const uint8_t nHigh = static_cast<uint8_t>(run.Number(nLow, 255));
+    BOTH(InRangeRow, pRow, pRow, run.Samples(), nLow, nHigh);
+}
+
+KERNEL(NotRow, {})
+{
+    uint8_t* pRow = run.InOut<uint8_t>(run.Samples());
+    BOTH(NotRow, pRow, pRow, run.Samples());
+}
+
+KERNEL(BitRow, {})
+{
+    const uint8_t* pA = run.In<uint8_t>(run.Samples());
+    uint8_t* pB = run.InOut<uint8_t>(run.Samples());
+    const BitOp op = static_cast<BitOp>(run.Number(0, 2));
+    BOTH(BitRow, op, pA, pB, pB, run.Samples());
+}
+
 KERNEL(SplitPixelRow, {{1, 2, 3, 4, 5, 6, 7, 8}})
 {
     const uint8_t* pSrc = run.In<uint8_t>(run.Samples());

@@ -89,5 +89,41 @@ DOUBLE_KERNEL(UpScaleShortParallel, int16_t, false, ReferenceDouble31Wrap(s.Sour
 DOUBLE_KERNEL(UpScaleShortFast, int16_t, true, ReferenceDouble31Serial(s.Source(), s.w, s.h, s.nDim, s.bDither), ,
               s.bDither)
 
+// Differences and sums with a picture that is one pixel wider.
+template <class A, class B, class Combine, class Fast>
+void CombineRows(KernelRun& run, const Combine& combine, const Fast& fast)
+{
+    const int w = run.Count(), h = run.Number(1, 20), nDim = run.Dim();
+    const size_t nRow = static_cast<size_t>(w) * nDim, nWideRow = nRow + nDim;
+    const A* pNarrow = run.In<A>(nRow * h);
+    const B* pWide = run.In<B>(nWideRow * h);
+    int16_t* pDst = run.Out<int16_t>(nRow * h);
+    run.Do(
+        [&] {
+            for (size_t i = 0; i < nRow * h; ++i) {
+                pDst[i] = static_cast<int16_t>(combine(pNarrow[i], pWide[i / nRow * nWideRow + i % nRow]));
+            }
+        },
+        [&] { fast(pNarrow, pWide, pDst, w, h, nDim); });
+}
+
+KERNEL(SubtractImage, (kPictures))
+{
+    CombineRows<uint8_t, uint8_t>(
+        run, [](int a, int b) { return a - b; },
+        [](const uint8_t* pA, const uint8_t* pB, int16_t* pDst, int w, int h, int nDim) {
+            Pyramid::SubtractImage(pA, pB, pDst, w, h, w + 1, nDim);
+        });
+}
+
+KERNEL(AddShort, (kPictures))  // wraps
+{
+    CombineRows<int16_t, int16_t>(
+        run, [](int a, int b) { return a + b; },
+        [](const int16_t* pA, const int16_t* pB, int16_t* pDst, int w, int h, int nDim) {
+            Pyramid::AddShort(pB, pA, pDst, w, h, w + 1, nDim);
+        });
+}
+
 }  // namespace
 }  // namespace vkr

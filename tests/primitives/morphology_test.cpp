@@ -8,7 +8,6 @@
 #include "foundation/parallel_rows.h"
 #include "support/for_threads.h"
 #include "support/random_image.h"
-#include "support/simd_targets.h"
 
 namespace vkr {
 
@@ -75,10 +74,7 @@ const Case kCases[] = {
     CASE(DilateGrayOctagon4, kMax, 2, 2),
 };
 
-class MorphologyFilter : public SimdTargetTest {};
-INSTANTIATE_ON_ALL_TARGETS(MorphologyFilter);
-
-TEST_P(MorphologyFilter, WindowsFollowTheFormulaInAndOutOfPlaceFromAnyTeam)
+TEST(MorphologyFilter, WindowsFollowTheFormulaInAndOutOfPlaceFromAnyTeam)
 {
     std::mt19937 rng(5);
     for (const Size& size : kSizes) {
@@ -114,7 +110,7 @@ TEST(ErodeGrayOctagon2, ErodesWhatTheDestinationHolds)
     EXPECT_EQ(vWant, Samples(dst));
 }
 
-TEST_P(MorphologyFilter, ThresholdsIncludeTheirEnds)
+TEST(MorphologyFilter, ThresholdsIncludeTheirEnds)
 {
     std::mt19937 rng(7);
     TestImage src, dst;
@@ -140,7 +136,7 @@ TEST_P(MorphologyFilter, ThresholdsIncludeTheirEnds)
     }
 }
 
-TEST_P(MorphologyFilter, BitLogicMayWriteEitherSource)
+TEST(MorphologyFilter, BitLogicMayWriteEitherSource)
 {
     std::mt19937 rng(8);
     TestImage a, b, dst;

@@ -35,15 +35,21 @@ TEST(HsvRows, GiveEveryColourBothWays)
     }
 }
 
-TEST(WideHsv, GoesOnAboveOneByte)
+// Worked out by hand; a row of bytes follows the same formula, which its vector form writes anew.
+TEST(WideHsv, FollowsTheFormulaAboveOneByteToo)
 {
-    std::mt19937 rng(92);
-    const auto v = RandomRow<int16_t>(rng, 3 * 20000, 0, 32767);
-    for (size_t i = 0; i < v.size(); i += 3) {
-        const int nShift = static_cast<int>(i / 3 % 15);
-        const int b = v[i] >> nShift, g = v[i + 1] >> nShift, r = v[i + 2] >> nShift;
-        const WideHsv wide = WideToHsv(b, g, r);
-        EXPECT_EQ((std::array<int, 3>{wide.nHue, wide.nSaturation, wide.nValue}), SlowBgrToHsv(b, g, r));
+    const int vCases[][6] = {
+        {0, 0, 0, 0, 0, 0},
+        {70, 70, 70, 0, 0, 70},
+        {10, 30, 110, 8, 231, 110},           // red: 43 * 20 / 100; 255 * 100 / 110 = 231.8
+        {30, 10, 110, 248, 231, 110},         // -8
+        {30, 110, 10, 93, 231, 110},          // green: 85 + 8
+        {110, 30, 10, 163, 231, 110},         // blue: 171 - 8
+        {100, 30000, 30000, 43, 254, 30000},  // red goes first
+        {32000, 31900, 31950, 0, 0, 32000},   // a spread below one level of saturation is grey
+    };
+    for (const auto& [b, g, r, h, s, v] : vCases) {
+        EXPECT_EQ(SlowBgrToHsv(b, g, r), (std::array<int, 3>{h, s, v})) << b << " " << g << " " << r;
     }
 }
 

@@ -137,8 +137,9 @@ TEST(SkinModelPass, EqualsTheSlowWritingFromAnyTeam)
     FillConstant(excess, 270, 7, 1, 0);
     FillConstant(out, 270, 7, 3, 0);
     GetFaceAndBackgroundDiffHSV({0, 0, 100, 6}, in.reference, in.fused, hsv, excess, model.backFix, model.faceFix);
-    for (const HSVFix& fix : {HSVFix{300, 700}, HSVFix{-900, 1}}) {
+    for (const HSVFix& fix : {HSVFix{300, 700}, HSVFix{-900, 1}, HSVFix{-1, 700}}) {
         model.faceFix = fix;
+        if (fix.nHueFix == -1) model.backFix.nHueFix = 0;  // the shift is rounded up to a half of the skin
         const auto Slow = [&](size_t, int b, int g, int r) {
             const auto own = SlowBgrToHsv(std::min(b, 255), std::min(g, 255), std::min(r, 255));
             const int v = own[2] + (std::max(b, std::max(g, r)) > 255 ? std::max(b, std::max(g, r)) - 255 : 0);

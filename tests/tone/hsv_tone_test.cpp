@@ -158,8 +158,10 @@ TEST(HsvDifference, WrapsOnACircleOf255)
 {
     LinesScope lines;
     TestImage ref, fus;
-    const auto Hue = [&](int nRef, int nFus, HSVFix& face, HSVFix& back) {
-        const uint8_t vRef[3] = {static_cast<uint8_t>(nRef), 60, 60}, vFus[3] = {static_cast<uint8_t>(nFus), 120, 60};
+    const auto Hue = [&](int nRef, int nFus, HSVFix& face, HSVFix& back, int nSaturation = 60, int nValue = 60) {
+        const uint8_t vRef[3] = {static_cast<uint8_t>(nRef), static_cast<uint8_t>(nSaturation),
+                                 static_cast<uint8_t>(nValue)};
+        const uint8_t vFus[3] = {static_cast<uint8_t>(nFus), 120, 60};
         FillConstant(ref, 1, 1, 3, 0);
         FillConstant(fus, 1, 1, 3, 0);
         std::copy_n(vRef, 3, ref.pData);
@@ -169,12 +171,18 @@ TEST(HsvDifference, WrapsOnACircleOf255)
     HSVFix face, back;
     Hue(10, 138, face, back);
     EXPECT_EQ(face.nHueFix, -128 * 256);
+    EXPECT_EQ(back.nHueFix, -128 * 256);
     EXPECT_EQ(face.nSatGain, 256);
     Hue(10, 139, face, back);
     EXPECT_EQ(face.nHueFix, 126 * 256);
     Hue(139, 10, face, back);
     EXPECT_EQ(back.nHueFix, -126 * 256);
     EXPECT_EQ(face.nSatGain, 1);  // no skin
+    const int vSkin[][4] = {{14, 48, 50, 204}, {15, 48, 50, 1}, {14, 47, 50, 1}, {14, 48, 49, 1}};
+    for (const auto& [h, s, v, nGain] : vSkin) {
+        Hue(h, h, face, back, s, v);
+        EXPECT_EQ(face.nSatGain, nGain) << h << " " << s << " " << v;
+    }
 }
 
 }  // namespace

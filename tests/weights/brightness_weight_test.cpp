@@ -98,6 +98,10 @@ TEST(BrightnessWeightOfPixel, AimsAtTheFaceInsideItsWindow)
     EXPECT_EQ(Ordinary(0), Weight(0));
     EXPECT_EQ(Ordinary(255), Weight(255));
     EXPECT_EQ(WeightAt(0, 50, 3, 1, params), WeightAt(0, 50, 3, 1, params, FaceAt(60)));  // the reference alone
+    // A window of 40: 95 from the target, 9025 -> 82; a = 27 * 1024 / 40 = 691; (82 * 691 + 128 * 333) >> 10.
+    WeightParams wide = params;
+    wide.nFaceIntensityRefRange[0] = 40;
+    EXPECT_EQ(96, WeightAt(1, 33, 3, 1, wide, FaceAt(60)));
 }
 
 TEST(BrightnessWeightOfPixel, ClosesASideOfTheWindowOfWidthZero)
