@@ -127,15 +127,14 @@ void Paint(Picture& picture, int nKind, uint32_t nSeed, int nFrame)
 // Every parameter keeps its default or takes a value of its range; the debug pictures are all on or all off.
 void Turn(CFilter& filter, bool bDump, FuzzedDataProvider& data)
 {
-    for (ParamEntry& entry : filter.Params()) {
-        if (entry.sName.find("Dump") != std::string::npos) {
-            *entry.pValue = bDump ? entry.nMax : 0;
-        } else if (data.remaining_bytes() > 0 && data.ConsumeIntegralInRange(0, 7) == 0) {
-            *entry.pValue = data.ConsumeIntegralInRange(entry.nMin, entry.nMax);
+    for (CFilter* pFilter : AllFilters(filter)) {
+        for (ParamEntry& entry : pFilter->Params()) {
+            if (entry.sName.find("Dump") != std::string::npos) {
+                *entry.pValue = bDump ? entry.nMax : 0;
+            } else if (data.remaining_bytes() > 0 && data.ConsumeIntegralInRange(0, 7) == 0) {
+                *entry.pValue = data.ConsumeIntegralInRange(entry.nMin, entry.nMax);
+            }
         }
-    }
-    if (auto* pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter)) {
-        for (CFilter* pSub : pFlow->Filters()) Turn(*pSub, bDump, data);
     }
 }
 

@@ -38,7 +38,6 @@ public:
             if (!m_vFrames[k].Allocate(m_nWidth, m_nHeight)) continue;
             FillNoise(m_vFrames[k].pBuffer, static_cast<size_t>(m_nWidth) * m_nHeight / 2 * 3, k + 1);
         }
-        SetDefaults();
     }
     ~Burst()
     {
@@ -71,29 +70,6 @@ public:
     }
 
 private:
-    void SetDefaults()
-    {
-        const int32_t vDiffs[8] = {256, 1024, 2304, 4096, 6400, 9216, 12544, 16384};
-        const int32_t vWeights[8] = {128, 80, 64, 32, 16, 8, 4, 1}, vRef[8] = {128, 128, 128, 128, 96, 80, 32, 1};
-        const int32_t vLumas[8] = {16, 32, 48, 64, 80, 96, 112, 128}, vGains[8] = {32, 29, 26, 24, 21, 18, 16, 16};
-        const int32_t vStrength[8] = {16, 16, 12, 8, 4, 2, 0, 0};
-        for (int i = 0; i < 8; ++i) {
-            m_Weight.pBrightnessDiffList[i] = m_Weight.pBrightnessDiffListRef[i] = vDiffs[i];
-            m_Weight.pBrightnessWList[i] = vWeights[i];
-            m_Weight.pBrightnessWListRef[i] = vRef[i];
-            m_Fusion.nSharpenYThList[i] = vLumas[i];
-            m_Fusion.nSharpenYWList[i] = vGains[i];
-            m_Fusion.nLevelSharpen[i] = vStrength[i];
-        }
-        m_Weight.nFusionWeightSelect = m_Weight.bConstantBrightnessTargetEnable = 1;
-        m_Weight.bRefDifferentWeightEnable = m_Weight.bMax2ExpWeightEnable = m_Weight.bNormalizeWeightEnable = 1;
-        m_Weight.nDominateWTh = 80;
-        m_Weight.m_nMinFusionWeight = 1;
-        m_Weight.m_nMaxFusionWeight = kWeightOne;
-        m_Fusion.bShadowDetailEnhanceEnable = 1;
-        m_Pyramid.nTopLevel = 1;
-    }
-
     int m_nWidth, m_nHeight;
     WeightParams m_Weight;
     FusionParams m_Fusion;

@@ -24,7 +24,6 @@ public:
         : m_nWidth(static_cast<int>(state.range(0)) / 2), m_nHeight(static_cast<int>(state.range(1)) / 2)
     {
         SetHdrPrintSink([](const char*) {});
-        m_Filter.RegisterParameters();
         m_Filter.nMinGhostLevel = static_cast<int>(state.range(2));
         for (int k = 0; k < kExposures; ++k) {
             if (!m_vWork[k].Allocate(m_nWidth, m_nHeight) || !m_vMasks[k].AllocateGray(m_nWidth, m_nHeight)) continue;

@@ -55,20 +55,6 @@ bool MakeMask(CImage& mask)
     return true;
 }
 
-ToneParams MakeParams()
-{
-    ToneParams params;
-    params.bKeepHighLightDetailEnable = params.bKeepDarkDetailEnable = params.bBrightnessPRSV = 1;
-    params.nMaxHighLevel = 287;
-    params.nMinHighLevel = 224;
-    params.nMinLowLevel = -32;
-    params.nMaxLowLevel = 32;
-    params.nHLPercetage = params.nDarkPercetage = 256;
-    params.nMaxGamma = 150;
-    params.nLowLevelStep = params.nHighLevelStep = params.nSaturatePsThre = 16;
-    return params;
-}
-
 void BM_GlobalStretch(benchmark::State& state)
 {
     Silence();
@@ -79,7 +65,7 @@ void BM_GlobalStretch(benchmark::State& state)
     if (!MakeFused(fused) || !MakeMask(mask)) return state.SkipWithError("no memory");
     for (auto _ : state) {
         StretchLevels levels;
-        GlobalStretch(fused, mask, 1, MakeParams(), 0, levels, out);
+        GlobalStretch(fused, mask, 1, ToneParams{}, 0, levels, out);
     }
     CountPixels(state, int64_t{kWidth} * kHeight);
 }
@@ -98,15 +84,7 @@ struct FaceBurst {
     bool Make()
     {
         faceParams.nBrightDarkFaceThres = 1000;
-        faceParams.nFaceHighCombineWeight = 85;
-        faceParams.nFaceHistDropHighLightRate = faceParams.nFaceHistDropLowLightRate = 10;
-        for (int c = 0; c < 3; ++c) {
-            faceParams.nFaceHighThres[c] = 200;
-            faceParams.nFaceLowThres[c] = 100;
-        }
-        hsvParams.bHSVTone = hsvParams.bHSVSmooth = 1;
-        hsvParams.nHSVSmoothSize = 4;
-        hsvParams.nHSVHueChangeThres = 2;
+        hsvParams.bHSVTone = 1;
         if (!MakeFused(fused) || !MakeMask(mask) || !reference.Allocate(kWidth, kHeight)) return false;
         for (size_t i = 0; i < reference.Samples(); ++i) {  // skin, more or less: red above green above blue
             fused.pData[2 * i - i % 3] = static_cast<int16_t>(fused.pData[2 * i - i % 3] + 40 * (i % 3));
@@ -135,7 +113,7 @@ void BM_FaceTone(benchmark::State& state)
         GetReferenceFaceIntensity(burst.box, burst.reference, burst.faceParams, {}, burst.face.reference,
                                   bBrightDarkFace);
         GetFusionFaceIntensity(burst.box, burst.fused, 0, burst.faceParams, {}, bBrightDarkFace, burst.face.fusion);
-        FaceToneStretch(burst.fused, burst.reference, burst.mask, MakeParams(), burst.faceParams, {1, 1, 0}, burst.face,
+        FaceToneStretch(burst.fused, burst.reference, burst.mask, ToneParams{}, burst.faceParams, {1, 1, 0}, burst.face,
                         levels, burst.out);
     }
     CountPixels(state, int64_t{kWidth} * kHeight);
@@ -161,7 +139,7 @@ void BM_HSVStretchTone(benchmark::State& state)
     burst.hsvParams.bHSP2PTone = static_cast<int32_t>(state.range(0));
     for (auto _ : state) {
         StretchLevels levels;
-        HSVStretchTone(burst.box, burst.fused, burst.reference, burst.mask, MakeParams(), burst.faceParams,
+        HSVStretchTone(burst.box, burst.fused, burst.reference, burst.mask, ToneParams{}, burst.faceParams,
                        burst.hsvParams, {1, 1, 0}, burst.face, levels, burst.out);
     }
     CountPixels(state, int64_t{kWidth} * kHeight);
@@ -201,7 +179,7 @@ void BM_LocalCurve(benchmark::State& state)
     ImageScope sourceScope(source), imageScope(image);
     StretchLevels levels;
     if (!MakeFused(fused)) return state.SkipWithError("no memory");
-    if (!GlobalStretch(fused, CImage{}, 0, MakeParams(), 0, levels, source)) return state.SkipWithError("no memory");
+    if (!GlobalStretch(fused, CImage{}, 0, ToneParams{}, 0, levels, source)) return state.SkipWithError("no memory");
     CLocalAutoCurveFilter filter;
     filter.Initialize();
     filter.bDumpDebugFile = 0;

@@ -5,22 +5,28 @@
 #include "align/match_list.h"
 #include "foundation/filter.h"
 #include "foundation/image.h"
+#include "foundation/parameter_record.h"
 
 namespace vkr {
 
+// What counts as a corner.
+// clang-format off
+struct CornerParams {
+    PARAM(nPtThre1,    2,     3,     2, "hits", "least in each of the four groups of the ring around a corner");
+    PARAM(nPtThre2,    8,    15,    10, "hits", "least in the whole ring around a corner");
+    PARAM(nThre,       0,   255,     4, "grey values", "least margin of brightness of a hit");
+    PARAM(nRatio,      0,   255,     8, "1/128", "growth of the margin of a hit in dark pixels");
+    PARAM(nHarris_K,   1,    10,     5, "1/100", "Harris constant");
+    PARAM(nHarrisThre, 1, 65536, 10000, "Harris response", "least of a corner");
+};
+// clang-format on
+
 // Corner points of a grey image pyramid.
-class CFeaturePointDetection : public CFilter {
+class CFeaturePointDetection : public CFilter, public CornerParams {
 public:
     void SetFilterName() override;
     void RegisterParameters() override;
     void UpdateParameter() override;
-
-    int32_t nPtThre1 = 0;
-    int32_t nPtThre2 = 0;
-    int32_t nThre = 0;
-    int32_t nRatio = 0;
-    int32_t nHarris_K = 0;
-    int32_t nHarrisThre = 0;
 
     // Harris constant as of the last UpdateParameter. Not every way of loading calls that: a pass over a picture takes
     // HarrisK.

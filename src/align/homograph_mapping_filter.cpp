@@ -22,16 +22,13 @@ void CHomographMappingFilter::SetFilterName()
     StoreName("CHomographMappingFilter");
 }
 
-// clang-format off
 void CHomographMappingFilter::RegisterParameters()
 {
-    //    member             min  max  default  meaning
-    PARAM(bBicubicEnable,      0,   1,   1);     // kept with the parameters
-    PARAM(nBoundaryOption,     0,   1,   1);     // kept with the parameters
-    PARAM(nHomoGraphyOption,   0,   2,   0);     // mode of the warp, set by the filter itself
-    PARAM(mPatchSize,          0, 128,   8);     // kept with the parameters
+    ADD_PARAM(bBicubicEnable);
+    ADD_PARAM(nBoundaryOption);
+    ADD_PARAM(nHomoGraphyOption);
+    ADD_PARAM(mPatchSize);
 }
-// clang-format on
 
 // Sizes that are no whole cells are taken as padded to them; the row kernels read the padding where there is none and
 // leave out what would be cut off again. Rows of cells are shared as they come, since those that mirror take longer.

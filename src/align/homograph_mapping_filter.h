@@ -5,12 +5,23 @@
 #include "algebra/matrix.h"
 #include "foundation/filter.h"
 #include "foundation/image.h"
+#include "foundation/parameter_record.h"
 
 namespace vkr {
 
+// Parameters of the warp; none changes what it does.
+// clang-format off
+struct WarpParams {
+    PARAM(bBicubicEnable,    0,   1, 1, "flag", "kept with the parameters; the warp is bilinear");
+    PARAM(nBoundaryOption,   0,   1, 1, "choice", "kept with the parameters; the warp mirrors at the border");
+    PARAM(nHomoGraphyOption, 0,   2, 0, "choice", "set by the warp itself: 1 from the first frame on");
+    PARAM(mPatchSize,        0, 128, 8, "pixels", "kept with the parameters, nothing reads it");
+};
+// clang-format on
+
 // Warps a frame or a picture through a homography. That of a frame is evaluated on a grid of 16-pixel cells only; every
 // cell moves as a translation and a run of 8 luma samples shares one fractional position.
-class CHomographMappingFilter : public CFilter {
+class CHomographMappingFilter : public CFilter, public WarpParams {
 public:
     void SetFilterName() override;
     void RegisterParameters() override;
@@ -24,11 +35,6 @@ public:
 
     // A picture of three channels into dst, of the size that dst has, pixel by pixel: see WarpImage.
     bool ProcessImage(const CImage& src, CImage& dst, const CMatrix& homography);
-
-    int32_t bBicubicEnable = 0;     // kept with the parameters; the warp is bilinear
-    int32_t nBoundaryOption = 0;    // kept with the parameters; the warp mirrors at the border
-    int32_t nHomoGraphyOption = 0;  // 1 from the first frame on
-    int32_t mPatchSize = 0;
 };
 
 }  // namespace vkr

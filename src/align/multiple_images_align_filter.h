@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "algebra/matrix.h"
+#include "align/align_params.h"
 #include "align/align_random.h"
 #include "align/feature_point_detection.h"
 #include "align/homograph_mapping_filter.h"
@@ -23,28 +24,12 @@ struct ValidRange {
 };
 
 // The registered face of alignment: the parameters that the parameter file reaches.
-class CMultipleImagesAlignFilter : public CMultiFilterProcessFlow {
+class CMultipleImagesAlignFilter : public CMultiFilterProcessFlow, public AlignParams {
 public:
     CMultipleImagesAlignFilter();
     void SetFilterName() override;
     void RegisterFilters() override;
     void RegisterParameters() override;
-
-    int32_t bDumpDebug = 0;
-    int32_t bDropAlignFail = 0;
-    int32_t nFeatureMatchLevel = 0;
-    int32_t nHistogramMatchingLevel = 0;
-    int32_t nMaxSearchX = 0, nMaxSearchY = 0;
-    int32_t nInitMatchThreX = 0, nInitMatchThreY = 0;
-    int32_t nMinFeatureNum = 0;
-    int32_t bRefineMatchEnable = 0;
-    int32_t nRefineMatchThreX = 0, nRefineMatchThreY = 0;
-    int32_t nMatchLevel = 0;
-    int32_t nRANSACMaxIt = 0;
-    int32_t nRANSACThre[2] = {};
-    int32_t nRANSACPsThre[2] = {};
-    int32_t bAlignPyramidFilter = 0;
-    int32_t bAlignPyramidDither = 0;
 
 private:
     CFeaturePointDetection m_FeatureDetection;   // in the parameter text only

@@ -68,18 +68,15 @@ void AIClass::SetFilterName()
     StoreName("CAIFlow");
 }
 
-// clang-format off
 void AIClass::RegisterParameters()
 {
-    //    member                 min  max  default  meaning, unit
-    PARAM(nDumpDebugFile,          0,   1,   1);     // kept with the parameters
-    PARAM(nFFnetScoreThreshold,    1, 100,  80);     // percent: a face scores more
-    PARAM(nFFnetNMSThreshold,      1, 100,  30);     // kept with the parameters
-    PARAM(nMaskEdgeBlur,           7,  51,  10);     // kept with the parameters
+    ADD_PARAM(nDumpDebugFile);
+    ADD_PARAM(nFFnetScoreThreshold);
+    ADD_PARAM(nFFnetNMSThreshold);
+    ADD_PARAM(nMaskEdgeBlur);
     m_fScoreThreshold = static_cast<float>(nFFnetScoreThreshold / 100.0);
     m_fNMSThreshold = 0.3f;
 }
-// clang-format on
 
 int AIClass::DetectFaces(const CImage& image, std::vector<FaceBoxRecord>& vBoxes)
 {

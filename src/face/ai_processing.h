@@ -11,15 +11,26 @@
 #include "face/tfutils.h"
 #include "foundation/filter.h"
 #include "foundation/image.h"
+#include "foundation/parameter_record.h"
 
 namespace vkr {
+
+// Parameters of the search for faces.
+// clang-format off
+struct FaceNetworkParams {
+    PARAM(nDumpDebugFile,       0,   1,  1, "flag", "kept with the parameters, nothing reads it");
+    PARAM(nFFnetScoreThreshold, 1, 100, 80, "percent", "a face scores more");
+    PARAM(nFFnetNMSThreshold,   1, 100, 30, "percent", "kept with the parameters, nothing reads it");
+    PARAM(nMaskEdgeBlur,        7,  51, 10, "pixels", "kept with the parameters, nothing reads it");
+};
+// clang-format on
 
 // Finds the faces of one picture with the network. Made for one search and used on one thread; the warp takes the team,
 // the network its own threads. The lists are the standard library's: without memory they throw std::bad_alloc.
 //
 // The network has one input, 1 x 240 x 320 x 3 floats, red first, (v - 127) / 128 of bytes v, and two outputs: boxes
 // and scores (see DecodeFaceBoxes).
-class AIClass : public CMultiFilterProcessFlow {
+class AIClass : public CMultiFilterProcessFlow, public FaceNetworkParams {
 public:
     static constexpr int kInputWidth = 320, kInputHeight = 240;
 
@@ -46,11 +57,6 @@ public:
 
     float m_fScoreThreshold = 0;  // from nFFnetScoreThreshold when the parameters are registered
     float m_fNMSThreshold = 0;    // does not follow nFFnetNMSThreshold
-
-    int32_t nDumpDebugFile = 0;
-    int32_t nFFnetScoreThreshold = 0;
-    int32_t nFFnetNMSThreshold = 0;
-    int32_t nMaskEdgeBlur = 0;
 
     int32_t m_nImageWidth = 0, m_nImageHeight = 0;  // of the picture that DetectFaces is at
     CTfModel m_Model;

@@ -64,13 +64,10 @@ void CAveragePoolingDownScaleFilter::SetFilterName()
     StoreName("AveragePoolingDownScaleFilter");
 }
 
-// clang-format off
 void CAveragePoolingDownScaleFilter::RegisterParameters()
 {
-    //    member          min  max  default  meaning, unit
-    PARAM(nDownScaleSize,   0,  16,   2);     // pixels: side of the block that becomes one
+    ADD_PARAM(nDownScaleSize);
 }
-// clang-format on
 
 bool CAveragePoolingDownScaleFilter::ApplyDownScale(const CImage& src, CImage& dst, int nSize)
 {

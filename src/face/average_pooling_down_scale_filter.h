@@ -2,11 +2,18 @@
 
 #include "foundation/filter.h"
 #include "foundation/image.h"
+#include "foundation/parameter_record.h"
 
 namespace vkr {
 
+// clang-format off
+struct PoolingParams {
+    PARAM(nDownScaleSize, 0, 16, 2, "pixels", "side of the block that becomes one pixel");
+};
+// clang-format on
+
 // Makes pictures smaller by averaging blocks.
-class CAveragePoolingDownScaleFilter : public CFilter {
+class CAveragePoolingDownScaleFilter : public CFilter, public PoolingParams {
 public:
     void SetFilterName() override;
     void RegisterParameters() override;
@@ -22,8 +29,6 @@ public:
     // src and dst are two pictures. False, dst empty or untouched, when there was no memory, nSize is below 1 or src is
     // empty or not of nDim 3.
     static bool ApplyDownScale(const CImage& src, CImage& dst, int nSize);
-
-    int32_t nDownScaleSize = 0;
 };
 
 }  // namespace vkr

@@ -1,27 +1,35 @@
 #pragma once
 
-#include <cstdint>
-
 #include "foundation/fixed_point.h"
+#include "foundation/parameter_record.h"
 
 namespace vkr {
 
-// What the flow itself decides by: flow parameters, flags 0 or 1.
+// What the flow itself decides by: flow parameters.
+// clang-format off
 struct FlowParams {
-    int32_t bDebugDumpEnable = 0;
-    int32_t bLogoEnable = 0;
-    int32_t bBGRProcessEnable = 0;  // kept with the parameters
-    int32_t nGlobalAlignEnable = 0;
-    int32_t bCheckSatuEnable = 0;
-    int32_t bGhostProcessEnable = 0;
-    int32_t bGhostRelinearizeEnable = 0;
-    int32_t bContrastEnable = 0;
-    int32_t bEV0HighLightWeightSuppress = 0;      // kept with the parameters
-    int32_t nEV0HighLightWeightSuppressThre = 0;  // kept with the parameters
-    int32_t nGoodBrightnessTargetDropFailure[kMaxExposures] = {};
-    int32_t bUVOrder = 0;           // 0: first chroma byte Cb, 1: Cr
-    int32_t bAddHighFrequency = 0;  // face curve: detail goes through it
-    int32_t nSaturateThre = 0;      // lowest saturation degree that is kept
+    PARAM(bDebugDumpEnable,                0,   1,   0, "flag",
+          "debug pictures are written as BMP, into folders that must exist");
+    PARAM(bLogoEnable,                     0,   1,   1, "flag", "the logo is blended into the result");
+    PARAM(bBGRProcessEnable,               0,   1,   0, "flag", "kept with the parameters, nothing reads it");
+    PARAM(nGlobalAlignEnable,              0,   1,   1, "flag", "the exposures are aligned");
+    PARAM(bCheckSatuEnable,                0,   1,   1, "flag",
+          "what is blown out in every exposure is found, and held near white");
+    PARAM(bGhostProcessEnable,             0,   1,   1, "flag", "what moved is found, and taken from one exposure");
+    PARAM(bGhostRelinearizeEnable,         0,   1,   1, "flag",
+          "the exposures are made to agree where something moved");
+    PARAM(bContrastEnable,                 0,   1,   1, "flag", "local curves are applied to the picture");
+    PARAM(bEV0HighLightWeightSuppress,     0,   1,   0, "flag", "kept with the parameters, nothing reads it");
+    PARAM(nEV0HighLightWeightSuppressThre, 0, 255, 200, "grey value", "kept with the parameters, nothing reads it");
+    PARAM_LIST(nGoodBrightnessTargetDropFailure, kMaxExposures, 0, 255, "grey value",
+               "by exposure: replaces nGoodBrightnessTarget once alignment dropped frames",
+               200, 50, 128, 128, 128, 128, 128, 128);
+    PARAM(bUVOrder,                        0,   1,   0, "choice", "first chroma byte of all frames: 0 Cb, 1 Cr");
+    PARAM(bAddHighFrequency,               0,   1,   1, "choice",
+          "detail, where the tone follows a face: 1 goes through the curve, 0 is added behind it");
+    PARAM(nSaturateThre,                   0,  16,   8, "grey values above 239",
+          "lowest degree that counts as blown out");
 };
+// clang-format on
 
 }  // namespace vkr

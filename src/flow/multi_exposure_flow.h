@@ -62,9 +62,6 @@ public:
 
     int32_t m_nTotalLevels = 0;     // levels of the weight pyramid
     int32_t m_bBrightDarkFace = 0;  // set by the first measurement of a face
-
-private:
-    void RegisterDisplayCurve();
 };
 
 // The engine: one a process, made by vkrHdrInit. ProcessImage runs on the thread of vkrHdrRender, under its mutex.

@@ -24,6 +24,18 @@ void CMultiFilterProcessFlow::Initialize()
     RegisterParameters();
 }
 
+std::vector<CFilter*> AllFilters(CFilter& filter)
+{
+    std::vector<CFilter*> vFilters = {&filter};
+    const auto* const pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter);
+    if (pFlow == nullptr) return vFilters;
+    for (CFilter* pSub : pFlow->m_Filters) {
+        const std::vector<CFilter*> vBelow = AllFilters(*pSub);
+        vFilters.insert(vFilters.end(), vBelow.begin(), vBelow.end());
+    }
+    return vFilters;
+}
+
 void AddFilter(FilterList& list, CFilter& filter, const char* pSuffix)
 {
     if (pSuffix != nullptr) {

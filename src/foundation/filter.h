@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <type_traits>
 #include <vector>
 
 #include "foundation/parameters.h"
@@ -50,7 +52,27 @@ protected:
     bool ReadBufferSection(const char* pText, int* pConsumed);
 
     void StoreName(const char* pName);
+
+    // What is added from here on stands under this heading, a static text.
+    void Group(const char* pGroup) { m_pGroup = pGroup; }
+
+    // Adds a member of a record that filter, this one, has as a base, and brings it back to the record's default.
+    template <class Filter, class Record, class Value>
+    void AddMember(Filter& filter, Value Record::*pMember, const ParamInfo& info)
+    {
+        static_assert(!std::is_base_of_v<CFilter, Record>, "parameters stand in records, which have their defaults");
+        constexpr Record kDefaults{};
+        Value& value = static_cast<Record&>(filter).*pMember;
+        std::memcpy(&value, &(kDefaults.*pMember), sizeof(value));
+        AddDescribed(m_Params, info, reinterpret_cast<int32_t*>(&value), m_pGroup);
+    }
+
+private:
+    const char* m_pGroup = "";
 };
+
+// Inside RegisterParameters: the next parameter of the text is this member of the filter's records.
+#define ADD_PARAM(member) AddMember(*this, &std::remove_reference_t<decltype(*this)>::member, member##Info)
 
 // Sub-filters in the order of their sections. They are members of their owner; the list does not own them.
 using FilterList = std::vector<CFilter*>;
@@ -72,6 +94,9 @@ public:
 
     FilterList m_Filters;
 };
+
+// The filter and all below it, in the order of their sections.
+std::vector<CFilter*> AllFilters(CFilter& filter);
 
 // How values are written: 0 decimal, 1, 2 and other values hexadecimal of 2, 4 and 8 digits. 0 at load.
 extern int32_t g_nParamPrintMode;

@@ -17,7 +17,7 @@ std::string IndexedName(const std::string& sName, int nIndex)
 
 void AddParameter(ParamList& list, const char* pName, int32_t* pValue, int32_t nMin, int32_t nMax)
 {
-    list.push_back({std::string(pName, strnlen(pName, kMaxNameLength)), pValue, nMin, nMax});
+    list.push_back({std::string(pName, strnlen(pName, kMaxNameLength)), pValue, nMin, nMax, *pValue});
 }
 
 void AddParameterArray(ParamList& list, const char* pName, int32_t* pFirst, int nCount, int32_t nMin, int32_t nMax)
@@ -29,6 +29,21 @@ void AddParameterArray2D(ParamList& list, const char* pName, int32_t* pFirst, in
                          int32_t nMax)
 {
     AddParameterArray(list, IndexedName(pName, nRow).c_str(), pFirst, nCount, nMin, nMax);
+}
+
+void AddDescribed(ParamList& list, const ParamInfo& info, int32_t* pFirst, const char* pGroup)
+{
+    size_t nEntry = list.size();
+    if (info.nColumns == 0) AddParameter(list, info.pName, pFirst, info.nMin, info.nMax);
+    if (info.nRows == 0) AddParameterArray(list, info.pName, pFirst, info.nColumns, info.nMin, info.nMax);
+    for (int nRow = 0; nRow < info.nRows; ++nRow) {
+        int32_t* const pRow = pFirst + nRow * info.nColumns;
+        AddParameterArray2D(list, info.pName, pRow, nRow, info.nColumns, info.nMin, info.nMax);
+    }
+    for (; nEntry < list.size(); ++nEntry) {
+        list[nEntry].pInfo = &info;
+        list[nEntry].pGroup = pGroup;
+    }
 }
 
 ParamEntry* FindParameter(ParamList& list, const char* pName)

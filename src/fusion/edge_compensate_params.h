@@ -1,15 +1,18 @@
 #pragma once
 
-#include <cstdint>
+#include "foundation/parameter_record.h"
 
 namespace vkr {
 
 // The edge compensation of ghost regions: which levels have coefficients. Flow parameters; ghost embedding fills the
 // levels, fusion applies them.
+// clang-format off
 struct EdgeCompensateParams {
-    int32_t bEdgeCompensateEnable = 0;
-    int32_t nMinDeghostLevel = 0;  // first and last level, inclusive
-    int32_t nMaxDeghostLevel = 0;
+    PARAM(bEdgeCompensateEnable, 0,  1, 1, "flag", "contrast is restored at the edges of ghost regions");
+    PARAM(nMinDeghostLevel,      0, 16, 0, "pyramid level", "finest level of the weights that ghosts rewrite");
+    PARAM(nMaxDeghostLevel,      0, 16, 4, "pyramid level",
+          "coarsest level of the weights that ghosts rewrite, inclusive");
 };
+// clang-format on
 
 }  // namespace vkr

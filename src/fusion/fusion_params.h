@@ -1,20 +1,28 @@
 #pragma once
 
-#include <cstdint>
-
+#include "foundation/parameter_record.h"
 #include "fusion/edge_compensate_params.h"
 
 namespace vkr {
 
-// Corrections of the Laplacian levels before they are blended: flow parameters. Lists of 8 go by level or by node.
+// Corrections of the Laplacian levels before they are blended: flow parameters.
+// clang-format off
 struct FusionParams : EdgeCompensateParams {
-    int32_t bShadowDetailEnhanceEnable = 0;
-    int32_t nSharpenYThList[8] = {};  // nodes: luma ...
-    int32_t nSharpenYWList[8] = {};   // ... to gain, Q4
-    int32_t nLevelSharpen[8] = {};    // strength by level, Q4
-    int32_t bExtendHL = 0;
-    int32_t nExtendHLSatuThre[8] = {};  // by level, grey value
-    int32_t nExtendHLSlope[8] = {};
+    PARAM(bShadowDetailEnhanceEnable, 0, 1, 1, "flag", "detail in the shadows is boosted");
+    PARAM_LIST(nSharpenYThList, 8, 0, 255, "grey value",
+               "nodes of the boost in shadows: luma", 16, 32, 48, 64, 80, 96, 112, 128);
+    PARAM_LIST(nSharpenYWList, 8, 0, 128, "Q4",
+               "nodes of the boost in shadows: gain at nSharpenYThList", 32, 29, 26, 24, 21, 18, 16, 16);
+    PARAM_LIST(nLevelSharpen, 8, 0, 16, "Q4",
+               "by pyramid level: strength of the boost in shadows", 16, 16, 12, 8, 4, 2, 0, 0);
+    PARAM(bExtendHL,                  0, 1, 1, "flag", "highlights of a single exposure are raised");
+    PARAM_LIST(nExtendHLSatuThre, 8, 0, 255, "grey value",
+               "by pyramid level: smallest sample from which highlights are raised",
+               224, 224, 224, 224, 224, 224, 224, 224);
+    PARAM_LIST(nExtendHLSlope, 8, 0, 1024, "grey values",
+               "by pyramid level: what is added up to white where highlights are raised",
+               64, 64, 64, 64, 64, 64, 64, 64);
 };
+// clang-format on
 
 }  // namespace vkr

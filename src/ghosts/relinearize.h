@@ -6,13 +6,26 @@
 
 namespace vkr {
 
-// The display curve as 34 nodes: linear axis and display values, on the 8-bit and the 10-bit scale.
+// The display curve as 34 nodes: linear axis and display values, on the 8-bit and the 10-bit scale. One curve, twice;
+// a new record has the one that the engine takes: nodes 0, 4, 8, 16, 24 ... 248 and a last one.
 struct DisplayCurve {
     static constexpr int kNodes = 34;
     int32_t m_LinearX[kNodes] = {};    // last node 255
     int32_t m_LinearY[kNodes] = {};    // 8-bit display values
     int32_t m_LinearX10[kNodes] = {};  // last node 1023
-    int32_t m_LinearY10[kNodes] = {};  // 10-bit display values
+    int32_t m_LinearY10[kNodes] = {0,   64,  128, 224, 304, 372, 424, 472, 516,  556, 600, 632,
+                                   664, 696, 724, 752, 771, 790, 809, 828, 843,  858, 873, 888,
+                                   902, 916, 930, 944, 957, 971, 984, 998, 1011, 1023};  // 10-bit display values
+
+    constexpr DisplayCurve()
+    {
+        for (int i = 0; i < kNodes - 1; ++i) {
+            m_LinearX[i] = m_LinearX10[i] = i < 2 ? 4 * i : 8 * (i - 1);
+            m_LinearY[i] = m_LinearY10[i] >> 2;
+        }
+        m_LinearX[kNodes - 1] = m_LinearY[kNodes - 1] = 255;
+        m_LinearX10[kNodes - 1] = 1023;
+    }
 };
 
 // Makes the exposures agree: every frame is rendered anew, in place, from the weighted radiance of all, with the gain

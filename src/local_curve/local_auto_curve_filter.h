@@ -5,13 +5,14 @@
 #include "foundation/filter.h"
 #include "foundation/image.h"
 #include "local_curve/local_curve_grid.h"
+#include "local_curve/local_curve_params.h"
 
 namespace vkr {
 
 // Local contrast on an 8-bit B, G, R picture, in place: a grid of blocks, a clipped histogram equalisation per block,
 // the curves smoothed over the grid and followed over time, every pixel mapped through the four curves around it. The
 // curves stay in the filter from burst to burst.
-class CLocalAutoCurveFilter : public CFilter {
+class CLocalAutoCurveFilter : public CFilter, public LocalCurveParams {
 public:
     void SetFilterName() override;
     void RegisterParameters() override;  // also sets every curve to the identity
@@ -21,18 +22,6 @@ public:
     bool ProcessImage(CImage& image);
 
     int32_t m_bDumpAllowed = 1;  // the flow's switch: without it bDumpDebugFile writes nothing
-
-    int32_t bDumpDebugFile = 0;
-    int32_t nWinXNum = 0;
-    int32_t nWinYNum = 0;
-    int32_t nLocalWeight = 0;
-    int32_t nCurveStep = 0;
-    int32_t nSmoothMaskSize = 0;
-    int32_t nMinBin = 0;
-    int32_t nMaxBin = 0;
-    int32_t nContrastLevel = 0;
-    int32_t nWYUV = 0;
-    int32_t nSaturateBoost = 0;
 
 private:
     // local_curve_histograms.cpp

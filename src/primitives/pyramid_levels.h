@@ -3,18 +3,22 @@
 #include <cstdint>
 
 #include "foundation/image.h"
+#include "foundation/parameter_record.h"
 
 namespace vkr {
 
-// How the stages halve and double: flow parameters, 0 or 1 but for the last.
+// How the stages halve and double: flow parameters.
+// clang-format off
 struct PyramidParams {
-    int32_t bPyramidFilter = 0;         // 1 the filtered pair, 0 the fast (plain) pair
-    int32_t bUpScaleImageDither = 0;    // carry of doublings of pictures
-    int32_t bDownScaleImageDither = 0;  // carry of halvings of pictures
-    int32_t bDownScaleOtherDither = 0;  // carry of halvings of weights and ghost images
-    int32_t bUpScaleOtherDither = 0;    // carry of doublings of weights and ghost images
-    int32_t nTopLevel = 0;              // 0 .. 10: a pyramid ends at a side of at most 1 << nTopLevel pixels
+    PARAM(bPyramidFilter,        0,  1, 0, "choice", "halving and doubling: 0 plain, 1 filtered with 5 taps");
+    PARAM(bUpScaleImageDither,   0,  1, 0, "flag",
+          "doublings of pictures carry what rounding drops to the next sample");
+    PARAM(bDownScaleImageDither, 0,  1, 0, "flag", "halvings of pictures carry what rounding drops to the next sample");
+    PARAM(bDownScaleOtherDither, 0,  1, 0, "flag", "halvings of weights and ghost maps carry what rounding drops");
+    PARAM(bUpScaleOtherDither,   0,  1, 0, "flag", "doublings of weights and ghost maps carry what rounding drops");
+    PARAM(nTopLevel,             0, 10, 1, "bits", "pyramids end at a side of at most 1 << nTopLevel pixels");
 };
+// clang-format on
 
 // Halves src into dst, sized (w + 1) / 2 x (h + 1) / 2: an odd side is padded to even first. bFilter takes the filtered
 // halving, else the plain one; the plain 8-bit halving carries nothing whatever bDither says. False: no memory, or an

@@ -7,17 +7,31 @@
 namespace vkr {
 
 // A small tree: CRoot owns CMiddle, which owns CInner, and CBare, which has no parameters.
-class CInner : public CFilter {
+// clang-format off
+struct InnerParams {
+    PARAM(nAmount, -5, 10, 3, "grey value", "what is added");
+    PARAM_LIST(nNodes, 2, 0, 255, "Q7", "dark, bright", 16, 32);
+};
+struct MiddleParams {
+    PARAM(nShift, 0, 8, 4, "bits", "");
+};
+struct RootParams {
+    PARAM(bOn, 0, 1, 1, "flag", "");
+    PARAM(nWide, -2147483647 - 1, 2147483647, -2, "", "");
+};
+// clang-format on
+
+class CInner : public CFilter, public InnerParams {
 public:
     void SetFilterName() override { StoreName("CInner"); }
     void RegisterParameters() override
     {
-        PARAM(nAmount, -5, 10, 3);
-        PARAM_ARRAY(nNodes, 0, 255, 16, 32);
+        Group("Nodes and what is added");
+        ADD_PARAM(nAmount);
+        ADD_PARAM(nNodes);
     }
     void UpdateParameter() override { ++nUpdates; }
 
-    int32_t nAmount, nNodes[2];
     int nUpdates = 0;
 };
 
@@ -29,17 +43,16 @@ public:
     int nUpdates = 0;
 };
 
-class CMiddle : public CMultiFilterProcessFlow {
+class CMiddle : public CMultiFilterProcessFlow, public MiddleParams {
 public:
     void SetFilterName() override { StoreName("CMiddle"); }
     void RegisterFilters() override { AddFilter(m_Filters, inner, nullptr); }
-    void RegisterParameters() override { PARAM(nShift, 0, 8, 4); }
+    void RegisterParameters() override { ADD_PARAM(nShift); }
 
     CInner inner;
-    int32_t nShift;
 };
 
-class CRoot : public CMultiFilterProcessFlow {
+class CRoot : public CMultiFilterProcessFlow, public RootParams {
 public:
     CRoot()
     {
@@ -56,13 +69,12 @@ public:
     }
     void RegisterParameters() override
     {
-        PARAM(bOn, 0, 1, 1);
-        PARAM(nWide, -2147483647 - 1, 2147483647, -2);
+        ADD_PARAM(bOn);
+        ADD_PARAM(nWide);
     }
 
     CMiddle middle;
     CBare bare;
-    int32_t bOn, nWide;
 };
 
 // What the tree writes with its defaults.

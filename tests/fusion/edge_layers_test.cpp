@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "fusion/blend_weighted.h"
-#include "fusion/fusion_defaults.h"
 #include "support/for_threads.h"
+#include "support/pyramid_with.h"
 #include "support/random_image.h"
 
 namespace vkr {

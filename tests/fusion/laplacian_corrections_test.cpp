@@ -6,7 +6,6 @@
 #include <random>
 #include <vector>
 
-#include "fusion/fusion_defaults.h"
 #include "support/random_image.h"
 
 namespace vkr {
@@ -35,7 +34,7 @@ void ForSamples(int nCount, const Fn& fn)
 TEST(FillSharpenTable, FollowsTheNodesAndEndsFlat)
 {
     SharpenTable table;
-    FillSharpenTable(table, DefaultFusionParams());
+    FillSharpenTable(table, FusionParams{});
     EXPECT_EQ(32, table.vGains[0]);
     EXPECT_EQ(32, table.vGains[16]);
     EXPECT_EQ(31, table.vGains[24]);  // 32 - 8 * 3 / 16 truncated
@@ -46,7 +45,7 @@ TEST(FillSharpenTable, FollowsTheNodesAndEndsFlat)
 
 TEST(FillDetailGains, ScalesByTheStrengthOfTheLevel)
 {
-    FusionParams params = DefaultFusionParams();
+    FusionParams params;
     SharpenTable table;
     DetailGains gains;
     FillSharpenTable(table, params);
@@ -71,7 +70,7 @@ TEST(FillDetailGains, ScalesByTheStrengthOfTheLevel)
 TEST(FillHighlightGains, StartsAtOneAndBendsAtTheThreshold)
 {
     HighlightGains gains;
-    FusionParams params = DefaultFusionParams();
+    FusionParams params;
     FillHighlightGains(gains, 0, params);
     EXPECT_EQ(224, gains.nLowest);
     EXPECT_EQ(65536, gains.vBySmallest[224]);
@@ -90,7 +89,7 @@ TEST(FillHighlightGains, StartsAtOneAndBendsAtTheThreshold)
 TEST(ApplyExtendHL, LiftsBrightPixelsAloneAndFloors)
 {
     HighlightGains gains;
-    FillHighlightGains(gains, 0, DefaultFusionParams());
+    FillHighlightGains(gains, 0, FusionParams{});
     std::mt19937 rng(5);
     LaplacianRun run, before;
     ASSERT_NO_FATAL_FAILURE(FillRun(rng, kRunPixels, run));

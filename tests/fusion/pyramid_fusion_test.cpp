@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "fusion/fusion_defaults.h"
 #include "fusion/reference_fusion.h"
 #include "support/for_threads.h"
+#include "support/pyramid_with.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
 
@@ -51,7 +51,7 @@ struct FusionBurst {
     }
     int nExposureNum;
     PyramidParams pyramid;
-    FusionParams params = DefaultFusionParams();
+    FusionParams params;
     CImage vFrames[kMaxExposures] = {}, vWeights[kMaxLevels] = {};
     CShortImage vCoefs[kMaxLevels] = {};
 };

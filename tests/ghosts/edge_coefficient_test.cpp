@@ -5,8 +5,6 @@
 #include <memory>
 #include <vector>
 
-#include "ghosts/embedding_defaults.h"
-
 namespace vkr {
 
 namespace {
@@ -18,7 +16,7 @@ std::vector<int> CoefsOf(int nGrey, int nRatio, const std::vector<uint8_t>& vOld
     const int n = static_cast<int>(vOld.size());
     const std::vector<int32_t> vRatio(n, nRatio);
     auto pGains = std::make_unique<EdgeGains>();
-    FillEdgeGains(*pGains, vRatio.data(), n, DefaultDisplayCurve());
+    FillEdgeGains(*pGains, vRatio.data(), n, DisplayCurve{});
     const uint8_t vGrey = static_cast<uint8_t>(nGrey), vPixel[3] = {vGrey, vGrey, vGrey};
     const std::vector<const uint8_t*> vPixels(n, vPixel);
     std::vector<int16_t> vCoefs(n);

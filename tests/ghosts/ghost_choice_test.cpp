@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "ghosts/embedding_defaults.h"
 #include "primitives/regions.h"
 #include "support/random_image.h"
 
@@ -35,7 +34,7 @@ int Choose(const RegionStats& stats, int n, const GhostEmbedParams& params)
 
 TEST(ChooseExposure, StartsFromTheLargestMeanOrTheOneNearest128)
 {
-    GhostEmbedParams params = DefaultGhostEmbedParams();
+    GhostEmbedParams params;
     EXPECT_EQ(2, Choose(StatsOf({20, 40, 60}), 3, params));
     EXPECT_EQ(1, Choose(StatsOf({20, 60, 60}), 3, params));  // the darker one on a tie
     EXPECT_EQ(2, Choose(StatsOf({0, 120, 150}), 3, params));
@@ -56,7 +55,7 @@ TEST(ChooseExposure, StartsFromTheLargestMeanOrTheOneNearest128)
 
 TEST(ChooseExposure, GoesDarkerWhileTooMuchIsBlownOut)
 {
-    GhostEmbedParams params = DefaultGhostEmbedParams();
+    GhostEmbedParams params;
     params.nMaxDecrease = 2;
     RegionStats stats = StatsOf({0, 0, 0, 60});
     stats.vSaturated[3] = 347;  // 1000 * 5700 / 16384 = 347.9
@@ -95,7 +94,7 @@ TEST(MeasureRegions, SumsWeightsAndBlownOutPixels)
     vFrames[1].Row(1)[3 + 1] = 241;  // one channel
 
     for (const int bLargest : {0, 1}) {
-        GhostEmbedParams params = DefaultGhostEmbedParams();
+        GhostEmbedParams params;
         params.bSaturationMethod = bLargest;
         RegionStats vStats[2] = {};
         MeasureRegions(labels, edges, weights, vFrames, 2, params, vStats);

@@ -15,10 +15,6 @@ namespace vkr {
 
 namespace {
 
-struct Defaults : CGhostProcessFilter {
-    Defaults() { RegisterParameters(); }
-};
-
 const GhostDumps kNoDumps(false, 0);
 
 void FillRect(CImage& image, int x1, int y1, int x2, int y2, int nValue)
@@ -51,7 +47,7 @@ struct RefineCase {
 
     TestImage ghost, dark, bright;
     TestShortImage edgesDark, edgesBright;
-    Defaults params;
+    CGhostProcessFilter params;
 };
 
 // Blocks of nSide pixels, each of one random value.
@@ -101,7 +97,7 @@ int SlowShrink(CImage& ghost, const RefineCase& c, int nMaxIt)
 TEST(CheckThre, KeepsWeakGhostsOnlyBesideStrongOnes)
 {
     LinesScope lines;
-    const Defaults params;
+    const CGhostProcessFilter params{};
     TestImage ghost;
     FillConstant(ghost, 60, 40, 1, 20);
     FillRect(ghost, 5, 5, 30, 30, 40);  // weak, with a seed of 9 x 9 inside
@@ -121,7 +117,7 @@ TEST(CheckThre, KeepsWeakGhostsOnlyBesideStrongOnes)
 TEST(CheckThre, GrowsAlongTheScansAndStopsAtTheRounds)
 {
     LinesScope lines;
-    Defaults params;
+    CGhostProcessFilter params;
     for (const int nRounds : {1, 2, 3}) {
         SCOPED_TRACE(nRounds);
         TestImage ghost;

@@ -18,7 +18,6 @@ namespace {
 struct DrawnBurst {
     DrawnBurst(int w, int h, int nExposures, bool bStill) : nExposureNum(nExposures), nRadius(std::min(w, h) / 6)
     {
-        filter.RegisterParameters();
         std::mt19937 rng(511);
         std::normal_distribution<float> noise(0.0f, 1.5f);
         for (int k = 0; k < nExposures; ++k) {

@@ -34,11 +34,7 @@ struct Sides {
 };
 
 struct Filter : CGhostProcessFilter {
-    explicit Filter(bool bFiltered)
-    {
-        RegisterParameters();
-        bDiffHVFilterEnable = bDiffFinalFilterEnable = bErodeDiffEnable = bFiltered;
-    }
+    explicit Filter(bool bFiltered) { bDiffHVFilterEnable = bDiffFinalFilterEnable = bErodeDiffEnable = bFiltered; }
 };
 
 int DiffOf(const Sides& sides, const Filter& params, int nList = 0)

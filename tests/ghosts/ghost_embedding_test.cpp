@@ -7,10 +7,9 @@
 #include <vector>
 
 #include "foundation/image_scope.h"
-#include "fusion/fusion_defaults.h"
-#include "ghosts/embedding_defaults.h"
 #include "ghosts/level_carry.h"
 #include "support/for_threads.h"
+#include "support/pyramid_with.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
 
@@ -50,7 +49,7 @@ struct GhostBurst {
         for (int i = 0; i < kMaxLevels; ++i) vLevels[i] = vWeights[i];
         LimitDeghostLevels(nLevels, params, fusion);
         const auto result = GhostEmbeddingIntoWeight(ghost, vPlain, nExposureNum, nReference, params, fusion, pyramid,
-                                                     DefaultDisplayCurve(), 0, vLevels, vCoefs, &choice);
+                                                     DisplayCurve{}, 0, vLevels, vCoefs, &choice);
         for (int i = 0; i < kMaxLevels; ++i) static_cast<CImage&>(vWeights[i]) = vLevels[i];
         sLines = LinesScope::Text();
         return result;
@@ -64,8 +63,8 @@ struct GhostBurst {
 
     int nExposureNum, nReference, nLevels = 1;
     PyramidParams pyramid;
-    GhostEmbedParams params = DefaultGhostEmbedParams();
-    FusionParams fusion = DefaultFusionParams();
+    GhostEmbedParams params;
+    EdgeCompensateParams fusion;
     TestImage ghost, vFrames[kMaxExposures], vWeights[kMaxLevels];
     CShortImage vCoefs[kMaxLevels] = {};
     TestShortImage choice;
@@ -110,7 +109,7 @@ TEST(LimitDeghostLevels, KeepsStartBetweenTheLimitsAndAllInThePyramid)
 {
     const auto Limited = [](int nMin, int nStart, int nMax, int nTotal) {
         GhostEmbedParams params;
-        FusionParams fusion;
+        EdgeCompensateParams fusion;
         fusion.nMinDeghostLevel = nMin;
         fusion.nMaxDeghostLevel = nMax;
         params.nStartDeghostLevel = nStart;

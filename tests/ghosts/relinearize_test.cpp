@@ -8,7 +8,6 @@
 
 #include "foundation/fixed_point.h"
 #include "foundation/piecewise_linear.h"
-#include "ghosts/embedding_defaults.h"
 #include "support/for_threads.h"
 #include "support/random_image.h"
 
@@ -57,7 +56,7 @@ struct LinearBurst {
 
     int nExposureNum;
     std::vector<int32_t> vRatio;
-    DisplayCurve curve = DefaultDisplayCurve();
+    DisplayCurve curve;
     TestImage vFrames[kMaxExposures], weights;
 };
 

@@ -54,21 +54,11 @@ TEST(FaceCurve, AnchorsLieBetweenMiddleAndGreatest)
     EXPECT_EQ(MakeAnchors({0, 0, 0}, {180, 90, 60}, 85).nMinRef, 0);
 }
 
-FaceParams FaceDefaults()
-{
-    FaceParams params;
-    params.nFaceHighCombineWeight = 85;
-    const int32_t vHigh[3] = {220, 200, 200}, vLow[3] = {120, 100, 100};
-    std::copy_n(vHigh, 3, params.nFaceHighThres);
-    std::copy_n(vLow, 3, params.nFaceLowThres);
-    return params;
-}
-
 TEST(BringFaceIntoRange, UsesTheFirstRuleThatApplies)
 {
     const auto Ranged = [](int b, int g, int r) {
         FaceIntensity face = {{b, g, r}, {}};
-        BringFaceIntoRange(FaceDefaults(), face);
+        BringFaceIntoRange(FaceParams{}, face);
         return std::vector<int>(face.vLow, face.vLow + 3);
     };
     EXPECT_EQ(Ranged(240, 210, 250), (std::vector<int>{220, 192, 229}));  // blue; red stays above its bound
@@ -80,21 +70,15 @@ TEST(BringFaceIntoRange, UsesTheFirstRuleThatApplies)
     EXPECT_EQ(Ranged(120, 100, 100), (std::vector<int>{120, 100, 100}));
 }
 
-ToneParams ToneDefaults()
-{
-    ToneParams params;
-    params.bBrightnessPRSV = 1;
-    params.nMaxGamma = 150;
-    params.nSaturatePsThre = 16;
-    return params;
-}
-
 TEST(FaceToneStretch, FoldsTheGammaIntoTheCurveAndTellsItsSteps)
 {
     LinesScope lines;
     TestShortImage fused;
     TestImage reference;
     FillConstant(fused, 10, 10, 6, 100);
+    ToneParams tone;
+    tone.bKeepHighLightDetailEnable = tone.bKeepDarkDetailEnable = 0;
+    tone.nLowLevelStep = tone.nHighLevelStep = 0;
     for (size_t i = 0; i < fused.Samples(); ++i) fused.pData[i] = static_cast<int16_t>(i % 6 < 3 ? 100 : 0);
     ForThreads([&](int) {
         LinesScope::Text().clear();
@@ -103,8 +87,7 @@ TEST(FaceToneStretch, FoldsTheGammaIntoTheCurveAndTellsItsSteps)
         MeasuredFace face;
         face.reference = {{130, 120, 140}, {}};
         face.fusion = {{90, 80, 100}, {}};
-        ASSERT_TRUE(
-            FaceToneStretch(fused, reference, CImage{}, ToneDefaults(), FaceDefaults(), {0, 1, 0}, face, levels, out));
+        ASSERT_TRUE(FaceToneStretch(fused, reference, CImage{}, tone, FaceParams{}, {0, 1, 0}, face, levels, out));
         EXPECT_TRUE(lines.Contains("InMean=100\nnWidth = 10, nHeight = 10, nDim = 6\nOutMeanY bf=76\ngamma=1.29317"));
         EXPECT_TRUE(lines.Contains(
             "\nLowLevel = 40, HighLevel=240\nRefer  Face Intensity = [130, 120, 140]\n"
@@ -125,7 +108,7 @@ TEST(FaceToneStretch, LeavesNothingOnFailure)
     FillConstant(out, 4, 4, 3, 9);
     StretchLevels levels;
     MeasuredFace face;
-    EXPECT_FALSE(FaceToneStretch(fused, reference, mask, ToneDefaults(), FaceDefaults(), {1, 1, 0}, face, levels, out));
+    EXPECT_FALSE(FaceToneStretch(fused, reference, mask, ToneParams{}, FaceParams{}, {1, 1, 0}, face, levels, out));
     EXPECT_TRUE(out.Empty());
 }
 

@@ -9,18 +9,10 @@
 namespace vkr {
 namespace {
 
-ToneParams Defaults()
+ToneParams WithoutGamma()
 {
     ToneParams params;
-    params.bKeepHighLightDetailEnable = params.bKeepDarkDetailEnable = 1;
-    params.nMaxHighLevel = 287;
-    params.nMinHighLevel = 224;
-    params.nMinLowLevel = -32;
-    params.nMaxLowLevel = 32;
-    params.nHLPercetage = params.nDarkPercetage = 256;
-    params.nMaxGamma = 150;
-    params.nLowLevelStep = params.nHighLevelStep = 16;
-    params.nSaturatePsThre = 16;
+    params.bBrightnessPRSV = 0;
     return params;
 }
 
@@ -65,7 +57,7 @@ TEST(GlobalStretch, EqualsTheSlowWritingAtEverySizeFromAnyTeam)
             ForThreads([&](int) {
                 StretchLevels levels;
                 TestImage out;
-                ASSERT_TRUE(GlobalStretch(fused, CImage{}, 0, Defaults(), 0, levels, out));
+                ASSERT_TRUE(GlobalStretch(fused, CImage{}, 0, WithoutGamma(), 0, levels, out));
                 EXPECT_EQ(out.nDim, 3);
                 EXPECT_EQ(Samples(out), SlowStretch(fused, levels)) << w << "x" << h;
             });
@@ -82,7 +74,7 @@ TEST(GlobalStretch, ServesEverySettingOfTheLevels)
     FillRandom(rng, fused, 13, 5, 6, -32768, 32767);
     for (const int32_t nLow : {-255, 0, 100, 255}) {
         for (const int32_t nHigh : {0, 99, 100, 101, 255, 512}) {
-            ToneParams params = Defaults();
+            ToneParams params = WithoutGamma();
             params.nMinLowLevel = params.nMaxLowLevel = nLow;
             params.nMinHighLevel = params.nMaxHighLevel = nHigh;
             for (int nType = 0; nType < 5; ++nType) {
@@ -104,9 +96,8 @@ TEST(GlobalStretch, PassesTheBaseThroughWithoutKeepDetail)
     std::mt19937 rng(77);
     TestShortImage fused;
     FillFused(rng, fused, 12, 7, 0, 255);
-    ToneParams params = Defaults();
+    ToneParams params;
     params.bKeepHighLightDetailEnable = params.bKeepDarkDetailEnable = 0;
-    params.bBrightnessPRSV = 1;
     StretchLevels levels = {11, 222};
     TestImage out;
     ASSERT_TRUE(GlobalStretch(fused, CImage{}, 0, params, 0, levels, out));
@@ -125,8 +116,7 @@ TEST(GlobalStretch, TellsItsStepsAndBringsTheMeanBack)
     TestShortImage fused;
     FillConstant(fused, 10, 10, 6, 0);
     for (size_t i = 0; i < fused.Samples(); ++i) fused.pData[i] = static_cast<int16_t>(i % 6 < 3 ? 100 : 0);
-    ToneParams params = Defaults();
-    params.bBrightnessPRSV = 1;
+    ToneParams params;
     params.nMaxGamma = 200;
     StretchLevels levels;
     TestImage out;
@@ -150,7 +140,7 @@ TEST(GlobalStretch, ClipsTheBaseUnderTheMaskFirst)
     FillConstant(mask, 4, 4, 1, 1);
     fused.pData[0] = 400;
     StretchLevels levels;
-    ASSERT_TRUE(GlobalStretch(fused, mask, 1, Defaults(), 0, levels, out));
+    ASSERT_TRUE(GlobalStretch(fused, mask, 1, WithoutGamma(), 0, levels, out));
     EXPECT_EQ(fused.pData[0], 300);
     EXPECT_TRUE(lines.Contains("MAX=[400,300,300]SaturatedY=306 PeakSaturatedY=300 "));
 }
@@ -164,11 +154,11 @@ TEST(GlobalStretch, LeavesNothingOnFailure)
     FillConstant(mask, 4, 5, 1, 1);
     FillConstant(out, 4, 4, 3, 9);
     StretchLevels levels;
-    EXPECT_FALSE(GlobalStretch(fused, mask, 1, Defaults(), 0, levels, out));
+    EXPECT_FALSE(GlobalStretch(fused, mask, 1, WithoutGamma(), 0, levels, out));
     EXPECT_TRUE(out.Empty());
-    EXPECT_FALSE(GlobalStretch(fused, CImage{}, 1, Defaults(), 0, levels, out));
+    EXPECT_FALSE(GlobalStretch(fused, CImage{}, 1, WithoutGamma(), 0, levels, out));
     TestShortImage empty;
-    EXPECT_FALSE(GlobalStretch(empty, mask, 0, Defaults(), 0, levels, out));
+    EXPECT_FALSE(GlobalStretch(empty, mask, 0, WithoutGamma(), 0, levels, out));
     EXPECT_EQ(levels.m_nHighLevel, 255);
 }
 

@@ -11,23 +11,17 @@
 namespace vkr {
 namespace {
 
-FaceToneParams Defaults()
+FaceToneParams ToneOfReference()
 {
     FaceToneParams params;
     params.bHSVTone = 1;
-    const int32_t vKnots[17] = {0, 0, 64, 192, 256, 256, 256, 256, 256, 256, 256, 256, 256, 192, 64, 0, 0};
-    std::copy_n(vKnots, 17, params.nHSP2PToneWeight);
-    params.nHSVHLowThres = 5, params.nHSVHHighThres = 20, params.nHSVHTransit = 2;
-    params.nHSVSLowThres = 19, params.nHSVSHighThres = 155, params.nHSVSTransit = 10;
-    params.nHSVVLowThres = 120, params.nHSVVHighThres = 252, params.nHSVVTransit = 5;
-    params.nHSVHueChangeThres = 2;
     return params;
 }
 
 TEST(HsvWeights, FollowTheirBounds)
 {
     LinesScope lines;
-    FaceToneParams params = Defaults();
+    FaceToneParams params = ToneOfReference();
     SkinWeights skin;
     BuildSkinWeights(params, skin);
     const auto Hue = [&](int x) { return skin.hue.vWeight[x]; };
@@ -93,7 +87,7 @@ TEST(ReferenceGuidedPass, EqualsTheSlowWritingFromAnyTeam)
     std::mt19937 rng(97);
     const ToneLut lut = SomeCurve();
     HsvWeights weights;
-    BuildGuideWeights(Defaults(), weights);
+    BuildGuideWeights(ToneOfReference(), weights);
     for (const StretchLevels levels : {StretchLevels{-20, 280}, {30, 20}}) {
         const Pictures in(rng, 270, 7);
         const auto Slow = [&](size_t n, int b, int g, int r) {
@@ -131,7 +125,7 @@ TEST(SkinModelPass, EqualsTheSlowWritingFromAnyTeam)
     const Pictures in(rng, 270, 7);
     SkinModel model;
     model.nMostHueShift = 2;
-    BuildSkinWeights(Defaults(), model.weights);
+    BuildSkinWeights(ToneOfReference(), model.weights);
     TestImage hsv, excess, out;
     FillConstant(hsv, 270, 7, 3, 0);
     FillConstant(excess, 270, 7, 1, 0);
@@ -166,7 +160,7 @@ TEST(HSVStretchTone, ServesEverySetting)
     Pictures in(rng, 33, 5);
     FillRandom(rng, in.fused, 33, 5, 6, -32768, 32767);
     for (int i = 0; i < 24; ++i) {
-        FaceToneParams params = Defaults();
+        FaceToneParams params = ToneOfReference();
         params.bHSP2PTone = i % 2;
         params.bHSVTone = i % 3 != 0;
         params.bHSVToneFace = i % 4 == 0;
@@ -174,13 +168,9 @@ TEST(HSVStretchTone, ServesEverySetting)
         params.nHSVHTransit = params.nHSVVTransit = RandomRow<int>(rng, 1, 0, 255)[0];
         params.nHSVSTransit = i % 5;
         ToneParams tone;
-        tone.bKeepDarkDetailEnable = tone.bKeepHighLightDetailEnable = 1;
         tone.nMinLowLevel = tone.nMaxLowLevel = RandomRow<int>(rng, 1, -255, 255)[0];
         tone.nMinHighLevel = tone.nMaxHighLevel = RandomRow<int>(rng, 1, 0, 512)[0];
-        tone.nLowLevelStep = tone.nHighLevelStep = 16;
-        tone.bBrightnessPRSV = 1;
         tone.nOutGammaYThres = 255;
-        tone.nMaxGamma = 150;
         MeasuredFace face;
         if (i > 4) face = {{{60, 70, 200}, {}}, {{50, 90, 120}, {}}};
         std::vector<uint8_t> vFirst;
@@ -196,7 +186,7 @@ TEST(HSVStretchTone, ServesEverySetting)
     TestImage out, small;
     FillConstant(small, 3, 3, 3, 9);
     StretchLevels levels;
-    EXPECT_FALSE(HSVStretchTone({}, in.fused, small, CImage{}, {}, {}, Defaults(), {}, {}, levels, out));
+    EXPECT_FALSE(HSVStretchTone({}, in.fused, small, CImage{}, {}, {}, ToneOfReference(), {}, {}, levels, out));
     EXPECT_TRUE(out.Empty());
 }
 

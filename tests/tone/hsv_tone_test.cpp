@@ -15,7 +15,6 @@ FaceToneParams Params(int bSmooth, int nSize)
     FaceToneParams params;
     params.bHSVSmooth = bSmooth;
     params.nHSVSmoothSize = nSize;
-    params.nHSVHueChangeThres = 2;
     return params;
 }
 

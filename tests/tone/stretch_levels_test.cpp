@@ -11,12 +11,10 @@ constexpr int32_t kHist[8] = {1, 2, 0, 4, 0, 1, 1, 1};
 ToneParams Wide()
 {
     ToneParams params;
-    params.bKeepDarkDetailEnable = params.bKeepHighLightDetailEnable = 1;
     params.nMinLowLevel = -2;
     params.nMaxLowLevel = 5;
     params.nMinHighLevel = -10;
     params.nMaxHighLevel = 5;
-    params.nLowLevelStep = params.nHighLevelStep = 16;
     return params;
 }
 

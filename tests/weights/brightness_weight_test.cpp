@@ -6,7 +6,6 @@
 #include <random>
 #include <vector>
 
-#include "fusion/fusion_defaults.h"
 #include "support/random_image.h"
 
 namespace vkr {
@@ -34,7 +33,7 @@ FaceAim FaceAt(int nIntensity)
 
 TEST(BrightnessDiffToWeight, InterpolatesBetweenTheNodes)
 {
-    const WeightParams params = DefaultWeightParams();
+    const WeightParams params{};
     EXPECT_EQ(128, BrightnessDiffToWeight(0, false, params));
     EXPECT_EQ(128, BrightnessDiffToWeight(256, false, params));
     EXPECT_EQ(112, BrightnessDiffToWeight(512, false, params));  // 128 - 256 * 48 / 768
@@ -48,7 +47,7 @@ TEST(BrightnessDiffToWeight, InterpolatesBetweenTheNodes)
 
 TEST(BrightnessDiffToWeight, StaysInsideTheLimits)
 {
-    WeightParams params = DefaultWeightParams();
+    WeightParams params;
     std::fill_n(params.pBrightnessWList, 8, 0);
     EXPECT_EQ(1, BrightnessDiffToWeight(500, false, params));
     std::reverse(params.pBrightnessDiffList, params.pBrightnessDiffList + 8);  // descending: the last value
@@ -58,7 +57,7 @@ TEST(BrightnessDiffToWeight, StaysInsideTheLimits)
 
 TEST(BrightnessWeightOfPixel, ForgivesTheEndsOfTheBurst)
 {
-    const WeightParams params = DefaultWeightParams();
+    const WeightParams params{};
     EXPECT_EQ(128, WeightAt(0, 255, 3, 1, params));  // the darkest may be too bright
     EXPECT_EQ(1, WeightAt(0, 0, 3, 1, params));
     EXPECT_EQ(2, WeightAt(2, 255, 3, 1, params));  // 127 squared: 4 - 3585 * 3 / 3840
@@ -71,7 +70,7 @@ TEST(BrightnessWeightOfPixel, ForgivesTheEndsOfTheBurst)
 
 TEST(BrightnessWeightOfPixel, AimsAtTheTargetOfTheExposure)
 {
-    WeightParams params = DefaultWeightParams();
+    WeightParams params;
     EXPECT_EQ(80, WeightAt(1, 128 + 32, 4, 0, params));   // 1024 on the plain list
     EXPECT_EQ(128, WeightAt(1, 128 + 32, 4, 1, params));  // and on that of the reference
     params.bRefDifferentWeightEnable = 0;
@@ -84,7 +83,7 @@ TEST(BrightnessWeightOfPixel, AimsAtTheTargetOfTheExposure)
 // Face at 60, window 20 below and 5 above, target 128 with the reference list.
 TEST(BrightnessWeightOfPixel, AimsAtTheFaceInsideItsWindow)
 {
-    const WeightParams params = DefaultWeightParams();
+    const WeightParams params{};
     const auto Weight = [&](int v) { return WeightAt(1, v, 3, 1, params, FaceAt(60)); };
     const auto Ordinary = [&](int v) { return WeightAt(1, v, 3, 1, params); };
     EXPECT_EQ(128, Weight(60));
@@ -106,7 +105,7 @@ TEST(BrightnessWeightOfPixel, AimsAtTheFaceInsideItsWindow)
 
 TEST(BrightnessWeightOfPixel, ClosesASideOfTheWindowOfWidthZero)
 {
-    WeightParams params = DefaultWeightParams();
+    WeightParams params;
     params.nFaceIntensityRefRange[0] = params.nFaceIntensityRefRange[1] = 0;
     for (const int v : {58, 59, 61, 62})
         EXPECT_EQ(WeightAt(1, v, 3, 1, params), WeightAt(1, v, 3, 1, params, FaceAt(60)));
@@ -118,7 +117,7 @@ TEST(BrightnessWeightOfPixel, ClosesASideOfTheWindowOfWidthZero)
 
 TEST(FillBrightnessTable, HasARowForEveryExposure)
 {
-    const WeightParams params = DefaultWeightParams();
+    const WeightParams params{};
     BrightnessTable table;
     FillBrightnessTable(table, 8, 6, params, FaceAt(60));
     for (int k = 0; k < 8; ++k) {

@@ -8,9 +8,9 @@
 #include <thread>
 #include <vector>
 
-#include "fusion/fusion_defaults.h"
 #include "primitives/smooth.h"
 #include "support/for_threads.h"
+#include "support/pyramid_with.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
 #include "weights/brightness_weight.h"
@@ -45,7 +45,7 @@ struct WeightBurst {
         return RebuildWeight(vFrames, nExposureNum, nExposureNum / 2, params, FaceAim{}, pyramid, vWeights);
     }
     int nExposureNum;
-    WeightParams params = DefaultWeightParams();
+    WeightParams params;
     CImage vFrames[kMaxExposures] = {};
     CImage vWeights[kMaxLevels] = {};
 };

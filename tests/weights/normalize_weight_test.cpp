@@ -4,15 +4,13 @@
 
 #include <vector>
 
-#include "fusion/fusion_defaults.h"
-
 namespace vkr {
 
 namespace {
 
 using Weights = std::vector<int>;
 
-Weights Normalize(const std::vector<int32_t>& vRaw, const WeightParams& params = DefaultWeightParams())
+Weights Normalize(const std::vector<int32_t>& vRaw, const WeightParams& params = WeightParams{})
 {
     uint8_t vOut[kMaxExposures];
     NormalizeWeight(vRaw.data(), vOut, static_cast<int>(vRaw.size()), params);
@@ -21,7 +19,7 @@ Weights Normalize(const std::vector<int32_t>& vRaw, const WeightParams& params =
 
 WeightParams ParamsWith(int bNormalize, int bMax2, int nDominate)
 {
-    WeightParams params = DefaultWeightParams();
+    WeightParams params;
     params.bNormalizeWeightEnable = bNormalize;
     params.bMax2ExpWeightEnable = bMax2;
     params.nDominateWTh = nDominate;

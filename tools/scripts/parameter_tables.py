@@ -1,30 +1,22 @@
 #!/usr/bin/env python3
-"""Writes docs/parameters.md from the tables in the library's and the tool's sources: parameter_tables.py ROOT [--check]
+"""Writes docs/parameters.md and params/*.txt from what the built program says: parameter_tables.py VKRHDR ROOT [--check]
 
---check writes nothing and exits with 1 when the file is not what the sources say.
+--check writes nothing and exits with 1 when a file is not what the program says.
 """
+import json
 import pathlib
-import re
+import subprocess
 import sys
 import textwrap
 
-# Sections in the order of the parameter file.
-SOURCES = [
-    'src/flow/flow_parameters.cpp',
-    'src/align/align_parameters.cpp',
-    'src/align/feature_point_detection.cpp',
-    'src/align/homograph_mapping_filter.cpp',
-    'src/ghosts/ghost_parameters.cpp',
-    'src/local_curve/local_curve_parameters.cpp',
-]
-
-PRESET = 'tools/vkrhdr/library/photo_preset.cpp'
+FLOW = 'CMultiExposureHDRProcessFlow'
 
 HEAD = '''# Parameters
 
-Written by `tools/scripts/parameter_tables.py` from the tables in the sources; do not edit. `vkrhdr params` prints the
-same as a parameter file. All values are 32-bit integers. An array `NAME` of n elements stands in the file as `NAME_0` to
-`NAME_(n-1)`, a table as `NAME_row_column`. Q4 means 16 = 1.0, Q7 means 128 = 1.0.
+Written by `tools/scripts/parameter_tables.py` from `vkrhdr params --json`; do not edit. `vkrhdr params` prints the same as a
+parameter file, `vkrhdr params NAME` explains one. All values are 32-bit integers. An array `NAME` of n elements stands in
+the file as `NAME_0` to `NAME_(n-1)`, a table as `NAME_row_column`. A flag is 1 where what it says holds and 0 where not;
+Q4 means 16 = 1.0, Q7 means 128 = 1.0.
 
 In a file every section begins with its name on a line of its own; a value line is `NAME=VALUE`, and what follows a `;`
 is not read. A value out of its range is brought to the nearer bound with a message; an
@@ -75,142 +67,76 @@ times their ratio; a ratio that changes from burst to burst has to be set in a p
 '''
 
 
-def rows(path):
-    """(name of the section, rows or headings) of one source."""
-    text = path.read_text()
-    section = re.search(r'StoreName\("(\w+)"\)', text).group(1)
-    body = text[re.search(r'^void \w+::RegisterParameters\(\)', text, re.M).start():]
-    found, heading = [], ''
-    for line in body.splitlines():
-        comment = re.match(r'\s*// (\S.*)$', line)
-        if comment and not line.lstrip().startswith('//    '):
-            if heading:  # two in a row: a heading, then the meaning of the next line
-                found.append(heading.rstrip('.'))
-            heading = comment.group(1)
-            continue
-        entry = re.match(r'\s*PARAM(_ARRAY)?\((\w+),\s*(-?\d+),\s*(-?\d+),\s*([^)]*)\);(?:\s*// (.*))?', line)
-        table = re.search(r'AddParameterArray2D\(m_Params, "(\w+)", .*, (\d+), (-?\d+), (-?\d+)\)', line)
-        if entry:
-            array, name, low, high, default, meaning = entry.groups()
-            values = [v.strip() for v in default.split(',')]
-            if array and len(set(values)) == 1 and len(values) > 2:
-                default = f'{values[0]} in all {len(values)}'
-            elif array:
-                default = ', '.join(values)
-            if heading and not meaning:
-                meaning = heading[0].lower() + heading[1:].rstrip('.')
-            elif heading:
-                found.append(heading.rstrip('.'))
-            found.append((name, f'{low} .. {high}', default.strip(), meaning or ''))
-            heading = ''
-        elif table:
-            name, count, low, high = table.groups()
-            values = re.findall(name + r'\[\w+\]\[\d\] = (\d+)', body)
-            found.append((name, f'{low} .. {high}', f'{", ".join(values)} in each of 8 rows',
-                          'points of the soft threshold by level, difference values'))
-        elif line.startswith('}'):
-            break
-    return section, found
+def default_text(default):
+    if not isinstance(default, list):
+        return str(default)
+    if isinstance(default[0], list):
+        assert all(row == default[0] for row in default)
+        return f'{default_text(default[0])} in each of {len(default)} rows'
+    if len(default) > 2 and len(set(default)) == 1:
+        return f'{default[0]} in all {len(default)}'
+    return ', '.join(map(str, default))
 
 
-def table_rows(found):
-    return [row for row in found if not isinstance(row, str)]
+def elements(name, default):
+    """(name as --set has it, default) of a value, a list or a table."""
+    if not isinstance(default, list):
+        return [(name, default)]
+    return [pair for i, value in enumerate(default) for pair in elements(f'{name}_{i}', value)]
 
 
-def defaults(root):
-    """The default of every value as --set names it: NAME of the flow, Section.NAME of its filters, NAME_i of an array,
-    NAME_row_i of a table."""
+def tables(parameters):
+    out, place = [], None
+    for p in parameters:
+        if place is None or place[0] != p['section']:
+            out.append(f'\n## {p["section"]}')
+        if place != (p['section'], p['group']):
+            out += [f'\n### {p["group"]}'] if p['group'] else []
+            out.append('\n| parameter | range | default | unit | meaning |\n|---|---|---|---|---|')
+        place = (p['section'], p['group'])
+        out.append(f'| `{p["name"]}` | {p["min"]} .. {p["max"]} | {default_text(p["default"])} '
+                   f'| {p["unit"]} | {p["meaning"]} |')
+    return out
+
+
+def photo_preset(parameters, preset):
     known = {}
-    for source in SOURCES:
-        section, found = rows(root / source)
-        prefix = '' if section == 'CMultiExposureHDRProcessFlow' else section + '.'
-        for name, _, default, _ in table_rows(found):
-            rows_of_same = re.match(r'(.*) in each of (\d+) rows', default)
-            if rows_of_same:
-                for row in range(int(rows_of_same.group(2))):
-                    values = enumerate(rows_of_same.group(1).split(', '))
-                    known.update({f'{prefix}{name}_{row}_{i}': value for i, value in values})
-                continue
-            same = re.match(r'(-?\d+) in all (\d+)', default)
-            values = [same.group(1)] * int(same.group(2)) if same else default.split(', ')
-            known[prefix + name] = values[0]
-            known.update({f'{prefix}{name}_{i}': value for i, value in enumerate(values)})
-    return known
-
-
-def preset_entries(text, classes):
-    """(name, value of each size class, what the comment above says or '') of the tool's table."""
-    found, words = [], []
-    for line in text[text.index('kPhotoValues[] = {'):].splitlines():
-        comment = re.match(r'\s*// (.*)', line)
-        entry = re.match(r'\s*\{"([\w.]+)",\s*(?:All\((-?\d+)\)|\{([-\d, ]+)\})\},', line)
-        if comment and not comment.group(1).startswith('clang-format'):
-            words.append(comment.group(1))
-        elif entry:
-            name, one, many = entry.groups()
-            values = [one] * classes if one else [v.strip() for v in many.split(',')]
-            assert len(values) == classes, f'{name} has {len(values)} values, not {classes}'
-            found.append((name, values, ' '.join(words)))
-            words = []
-        elif line.startswith('}'):
-            break
-    return found
-
-
-def photo_preset(root):
-    """The section about what the tool sets for photos."""
-    text = (root / PRESET).read_text()
-    bounds = re.search(r'kUpToMegapixels\[\] = \{(.*)\}', text).group(1).split(', ')
-    titles = [f'up to {bound} MP' for bound in bounds] + ['above']
-    known, entries = defaults(root), preset_entries(text, len(titles))
+    for p in parameters:
+        prefix = '' if p['section'] == FLOW else p['section'] + '.'
+        known.update(elements(prefix + p['name'], p['default']))
+    titles = [f'up to {bound:g} MP' for bound in preset['up_to_megapixels']] + ['above']
     out = [PRESET_HEAD, '| parameter | default | ' + ' | '.join(titles) + ' |', '|---' * (len(titles) + 2) + '|']
-    out += [f'| `{name}` | {known[name]} | ' + ' | '.join(values) + ' |' for name, values, _ in entries]
+    for group in preset['groups']:
+        for name, values in group['values'].items():
+            out.append(f'| `{name}` | {known[name]} | ' + ' | '.join(map(str, values)) + ' |')
     out.append('')
-    together = []  # an entry without words of its own belongs to the one above
-    for name, _, words in entries:
-        short = f'`{name.split(".")[-1]}`'
-        if words or not together:
-            together.append([[short], words])
-        else:
-            together[-1][0].append(short)
-    for names, words in together:
-        out += textwrap.wrap(f'{", ".join(names)}: {words}', 120, initial_indent='- ', subsequent_indent='  ',
+    for group in preset['groups']:
+        names = ', '.join(f'`{name.split(".")[-1]}`' for name in group['values'])
+        out += textwrap.wrap(f'{names}: {group["why"]}', 120, initial_indent='- ', subsequent_indent='  ',
                              break_long_words=False, break_on_hyphens=False)
     return out
 
 
-def document(root):
-    out = [HEAD]
-    for source in SOURCES:
-        section, found = rows(root / source)
-        out.append(f'\n## {section}')
-        table_open = False
-        for row in found:
-            if isinstance(row, str):
-                out.append(f'\n### {row}')
-                table_open = False
-                continue
-            if not table_open:
-                out.append('\n| parameter | range | default | meaning |\n|---|---|---|---|')
-                table_open = True
-            out.append('| `{}` | {} | {} | {} |'.format(*row))
-    out += photo_preset(root)
-    out.append(RATIO.rstrip('\n'))
-    return '\n'.join(out) + '\n'
-
-
 def main():
-    root = pathlib.Path(sys.argv[1])
-    target = root / 'docs/parameters.md'
-    text = document(root)
-    if '--check' not in sys.argv:
-        target.write_text(text)
-        return 0
-    if not target.exists() or target.read_text() != text:
-        print('docs/parameters.md is not what the sources say: run tools/scripts/parameter_tables.py')
-        return 1
-    print(f'docs/parameters.md is current, {text.count(chr(10))} lines')
-    return 0
+    program, root = sys.argv[1], pathlib.Path(sys.argv[2])
+
+    def params(*options):
+        return subprocess.run([program, 'params', *options], check=True, capture_output=True, text=True).stdout
+
+    told = json.loads(params('--json'))
+    parts = [HEAD, *tables(told['parameters']), *photo_preset(told['parameters'], told['photo_preset']), RATIO.rstrip('\n')]
+    wanted = {'docs/parameters.md': '\n'.join(parts) + '\n', 'params/default.txt': params('--shipped'),
+              'params/photo.txt': params('--preset', 'photo')}
+    wrong = 0
+    for name, text in wanted.items():
+        target = root / name
+        if '--check' not in sys.argv:
+            target.write_text(text)
+        elif not target.exists() or target.read_text() != text:
+            print(f'{name} is not what the program says: run tools/scripts/parameter_tables.py {program} .')
+            wrong += 1
+    print(f'{len(told["parameters"])} parameters, {wrong} files are not current')
+    return 1 if wrong else 0
 
 
 if __name__ == '__main__':

@@ -82,6 +82,9 @@ TEST_F(WrongUse, OfParametersTellsTheRange)
     ExpectRefused({"params", "--set", "nMaxGamma=99999999999"}, 2, "100 .. 200");
     ExpectRefused({"params", "--set", "nMaxGamma"}, 2, "NAME=VALUE");
     ExpectRefused({"params", "--set", "nNothing=1"}, 2, "vkrhdr params lists");
+    ExpectRefused({"params", "--set", "CGhostProcessFilter.nedgeth7=1"}, 2, "nearest is CGhostProcessFilter.nEdgeTh_7");
+    ExpectRefused({"params", "nGosthThre"}, 2, "nearest is nGhostThre");
+    ExpectRefused({"params", "--json", "CGhostFilter.nEdgeTh"}, 2, "nearest is CGhostProcessFilter.nEdgeTh");
     ExpectRefused({"params", "--set", "nRatio=16"}, 2, "nRatio_0");
     ExpectRefused({"params", "--set", "nEdgeTh_0=4"}, 2, "CGhostProcessFilter.nEdgeTh_0");
     ExpectRefused({"params", "--set", "CNothing.nRatio_0=16"}, 2, "CGhostProcessFilter");

@@ -51,9 +51,9 @@ struct FacesOptions {
 };
 
 struct ParamsOptions {
-    std::vector<std::string> vSets;
+    std::vector<std::string> vSets, vNames;
     std::string sPreset, sForSize;  // empty: not asked for
-    bool bShipped = false;
+    bool bShipped = false, bJson = false;
 };
 
 struct EncipherOptions {

@@ -4,28 +4,13 @@
 #include <charconv>
 
 #include "flow/enciphered_parameters.h"
+#include "library/nearest_name.h"
 #include "library/photo_preset.h"
 #include "pictures/tool_error.h"
 
 namespace vkr::tool {
 
 namespace {
-
-// The flow and all its filters, in the order of their sections.
-void CollectFilters(CFilter& filter, std::vector<CFilter*>& vFilters)
-{
-    vFilters.push_back(&filter);
-    auto* pFlow = dynamic_cast<CMultiFilterProcessFlow*>(&filter);
-    if (pFlow == nullptr) return;
-    for (CFilter* pFilter : pFlow->Filters()) CollectFilters(*pFilter, vFilters);
-}
-
-std::vector<CFilter*> AllFilters(CFilter& flow)
-{
-    std::vector<CFilter*> vFilters;
-    CollectFilters(flow, vFilters);
-    return vFilters;
-}
 
 std::string RangeOf(const ParamEntry& entry)
 {
@@ -45,16 +30,18 @@ CFilter& FindFilter(CFilter& flow, const std::string& sName)
 // Where else the name is known: a filter's parameter without the filter's name, or an array without an index.
 std::string Advice(CFilter& flow, const std::string& sName)
 {
+    std::vector<std::string> vNames;
     for (CFilter* pFilter : AllFilters(flow)) {
-        std::string sFull = pFilter == &flow ? "" : std::string(pFilter->Name()) + ".";
-        sFull += sName;
+        const std::string sPrefix = pFilter == &flow ? "" : std::string(pFilter->Name()) + ".";
+        const std::string sFull = sPrefix + sName;
         if (FindParameter(pFilter->Params(), sName.c_str()) != nullptr) return "did you mean " + sFull + "?";
+        for (const ParamEntry& entry : pFilter->Params()) vNames.push_back(sPrefix + entry.sName);
         const std::string sFirst = sName + "_0";
         if (FindParameter(pFilter->Params(), sFirst.c_str()) != nullptr) {
-            return "it is a list: " + sFull.append("_0 and so on");
+            return "it is a list: " + sFull + "_0 and so on";
         }
     }
-    return "vkrhdr params lists them all";
+    return "vkrhdr params lists them all, the nearest is " + NearestName(sName, vNames);
 }
 
 int ParseValue(const std::string& sText, const ParamEntry& entry)
