@@ -14,9 +14,7 @@ bool CLocalAutoCurveFilter::ProcessImage(CImage& image)
 
     // The names hold a backslash, on every platform.
     if (bDumpDebugFile) SaveBmp(image, "LocalContrastDump\\before.bmp", true);
-    Tic();
-    const bool bApplied = ApplyCurves(image);
-    Toc("==== ==== ==== ApplyImage");
+    const bool bApplied = TimedStage("==== ==== ==== ApplyImage", [&] { return ApplyCurves(image); });
     if (bDumpDebugFile) SaveBmp(image, "LocalContrastDump\\after.bmp", true);
     return bApplied;
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "face/box_runs.h"
-#include "foundation/bmp.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
@@ -126,7 +125,8 @@ HsvCorrection MakeCorrection(const HSVFix& fix, const FaceToneParams& params)
     return correction;
 }
 
-bool HSVTone(const FaceBox& box, const CImage& reference, const FaceToneParams& params, int bDump, CImage& out)
+bool HSVTone(const FaceBox& box, const CImage& reference, const FaceToneParams& params, const StageDumps& dumps,
+             CImage& out)
 {
     PrintHsvSizes(out.nWidth, out.nHeight, reference);
     CImage refHsv{}, outHsv{};
@@ -140,11 +140,12 @@ bool HSVTone(const FaceBox& box, const CImage& reference, const FaceToneParams& 
         GetFaceAndBackgroundDiffHSV(box, refHsv, outHsv, backFix, faceFix);
     }
     CorrectPicture(reference, backFix, faceFix, params, outHsv, out);
-    if (bDump) SaveBmp(out, "Dump/AfterHSVTone.bmp", true);
+    dumps.Save(out, "Dump/AfterHSVTone.bmp");
     return true;
 }
 
-bool HSVToneFace(const FaceBox& box, const CImage& reference, const FaceToneParams& params, int bDump, CImage& out)
+bool HSVToneFace(const FaceBox& box, const CImage& reference, const FaceToneParams& params, const StageDumps& dumps,
+                 CImage& out)
 {
     PrintHsvSizes(out.nWidth, out.nHeight, reference);
     CImage refHsv{}, outHsv{};
@@ -158,7 +159,7 @@ bool HSVToneFace(const FaceBox& box, const CImage& reference, const FaceTonePara
         if (nTimes == 1) return CorrectOnce(correction, pRun, nEnd - nBegin);
         for (int64_t i = nBegin; i < nEnd; ++i, pRun += 3) CorrectOften(correction, pRun, nTimes);
     });
-    if (bDump) SaveBmp(out, "Dump/AfterHSVTone.bmp", true);
+    dumps.Save(out, "Dump/AfterHSVTone.bmp");
     return true;
 }
 

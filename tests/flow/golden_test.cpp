@@ -22,7 +22,7 @@ const char* const kGoldenFile = VKRHDR_GOLDEN_FILE;
 
 class StageHashes {
 public:
-    StageHashes() : m_probe{OnImage<CImage>, OnImage<CShortImage>, OnImage<CYuvImage>, nullptr, this}
+    StageHashes() : m_probe{OnImage<CImage>, OnImage<CShortImage>, OnImage<CYuvImage>, this}
     {
         SetStageProbe(&m_probe);
     }
