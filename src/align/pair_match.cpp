@@ -73,8 +73,8 @@ bool CMultipleImagesAlignFilterOpt::PyramidFeatureMatch(const CImage* pFirst, co
     const CImage& top = pFirst[nFeatureMatchLevel];
     const InitMatchParams initParams{nFeatureMatchLevel, nMaxSearchX,     nMaxSearchY,
                                      nInitMatchThreX,    nInitMatchThreY, nMinFeatureNum};
-    const bool bMatched = FindInitMatchPair(top, top, pFeatures[0], report.nFeatures[0], pFeatures[1],
-                                            report.nFeatures[1], initParams, 0, 0, matches);
+    const bool bMatched = FindInitMatchPair({top, pFeatures[0], report.nFeatures[0]},
+                                            {top, pFeatures[1], report.nFeatures[1]}, initParams, 0, 0, matches);
     report.nInitMatches = report.nRefinedMatches = matches.nCount;
     if (!bMatched) return false;
     HdrPrintf("FindInitMatchPair %s: %d\n", m_szPairTag, matches.nCount);

@@ -11,8 +11,10 @@ namespace vkr {
 
 namespace {
 
-constexpr int32_t kLevels = 256;      // a level is looked for among these
-constexpr int32_t kLeastSpread = 15;  // of skin: a component less would be grey
+constexpr int32_t kLevels = 256;  // a level is looked for among these
+// Skin is redder than anything beside it. Components no more than this apart, noise and white balance can make of grey;
+// red no more than this above green is as well yellow: hair, wood, a lamp.
+constexpr int32_t kLeastSpread = 15;
 
 struct SkinHistogram {
     int64_t nCount = 0;

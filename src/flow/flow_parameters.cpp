@@ -7,7 +7,8 @@ void CMultiExposureHDRProcessFlow::SetFilterName()
     StoreName("CMultiExposureHDRProcessFlow");
 }
 
-// The order is the order in the parameter file. Lists of 8 go by exposure, by node or by pyramid level, as told.
+// The order is the order in the parameter file. Lists of 8 go by exposure, by node of a curve or by
+// pyramid level: the meaning beside each says which.
 // clang-format off
 void CMultiExposureHDRProcessFlow::RegisterParameters()
 {

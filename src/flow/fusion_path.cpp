@@ -178,7 +178,7 @@ bool CMultiExposureHDRProcessFlowOpt::MapTone(const Burst& burst, FlowTemporarie
     if (!bDone) return false;
     temp.m_Fused.Release();
     ProbeImage("stretched", temp.m_Tone);
-    if (!(bAIMask && bHSVTone) && bContrastEnable && !m_LocalCurve.ProcessImage(temp.m_Tone)) return false;
+    if (!(bAIMask && bHSVTone) && bContrastEnable && !m_LocalCurve.ProcessImage(temp.m_Tone, Dumps())) return false;
     ProbeImage("tone", temp.m_Tone);
     Dumps().Save(temp.m_Tone, "Dump/BeforeToYUV.bmp");
     return true;

@@ -95,7 +95,7 @@ bool CMultiExposureHDRProcessFlowOpt::FinishReferenceOnly(const CYuvImage& frame
     CImage picture{};
     ImageScope scope(picture);
     if (!FrameToBgr(frame, bUVOrder, picture)) return false;
-    if (bContrastEnable && !m_LocalCurve.ProcessImage(picture)) return false;
+    if (bContrastEnable && !m_LocalCurve.ProcessImage(picture, Dumps())) return false;
     BGRToYCbCr(picture, bUVOrder ? 1 : 0);
     return ConvertImageToYuv(output, picture);
 }

@@ -9,6 +9,7 @@
 #include "foundation/parallel_rows.h"
 #include "foundation/timing.h"
 #include "tone/hsv_convert.h"
+#include "tone/skin_colour.h"
 
 namespace vkr {
 
@@ -46,7 +47,7 @@ struct SharedSums {
 void AddSkin(const uint8_t* pRef, const uint8_t* pFus, int64_t nPixels, DiffSums& sums)
 {
     for (int64_t i = 0; i < nPixels; ++i, pRef += 3, pFus += 3) {
-        if (pRef[2] < 50 || pRef[1] < 48 || pRef[0] >= 15) continue;
+        if (!IsMeasuredSkin(pRef)) continue;
         const int32_t nDiff = pRef[0] - pFus[0];
         sums.nHue += nDiff < -128 ? nDiff + 255 : nDiff;
         sums.nReference += pRef[1];

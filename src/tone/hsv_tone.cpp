@@ -8,6 +8,7 @@
 #include "foundation/log.h"
 #include "foundation/parallel_rows.h"
 #include "tone/hsv_convert.h"
+#include "tone/skin_colour.h"
 
 namespace vkr {
 
@@ -26,15 +27,10 @@ void CorrectPixels(const HsvCorrection& correction, uint8_t* pHsv, int64_t nPixe
     for (int64_t i = 0; i < nPixels; ++i) CorrectPixel(correction, pHsv + 3 * i);
 }
 
-bool IsSkin(const uint8_t* pHsv)
-{
-    return pHsv[0] >= 1 && pHsv[0] <= 13 && pHsv[2] > 50 && pHsv[1] > 48;
-}
-
 // The pair of the whole picture for skin, that of the skin for all else: crossed, which results rely on.
 void CorrectCrossed(const HsvCorrection& back, const HsvCorrection& face, uint8_t* pHsv, int nPixels)
 {
-    for (int i = 0; i < nPixels; ++i, pHsv += 3) CorrectPixel(IsSkin(pHsv) ? back : face, pHsv);
+    for (int i = 0; i < nPixels; ++i, pHsv += 3) CorrectPixel(IsCorrectedSkin(pHsv) ? back : face, pHsv);
 }
 
 // Corrected pixels into the picture, but for those that the reference shows blown out.
