@@ -83,10 +83,10 @@ TEST(Timing, AStageHasItsLineOnEveryWayOutAndAGoalWhereItIsReached)
     };
     Tic();
     Sleep(30);
-    EXPECT_EQ(ShownTime(LinesOf([&] { EXPECT_FALSE(Stage("stage", false)); }), "stage"), 0);
+    EXPECT_LT(ShownTime(LinesOf([&] { EXPECT_FALSE(Stage("stage", false)); }), "stage"), 25);
     const std::string sLines = LinesOf([&] { EXPECT_TRUE(Stage("stage", true)); });
     EXPECT_EQ(sLines.find("goal "), 0U);
-    EXPECT_EQ(ShownTime(sLines.substr(sLines.find('\n') + 1), "stage"), 0);
+    EXPECT_LT(ShownTime(sLines.substr(sLines.find('\n') + 1), "stage"), 25);
     EXPECT_EQ(LinesOf([] { EXPECT_THROW(TimedStage("stage", [] { throw 1; }), int); }), "");
     EXPECT_GE(ShownTime(LinesOf([] { Toc("outer"); }), "outer"), 25) << "whatever stood above it was closed";
 }
