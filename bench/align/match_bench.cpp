@@ -63,7 +63,7 @@ void BM_FindInitMatchPair(benchmark::State& state)
     const InitMatchParams params{3, nWindow, nWindow, 2, 2, 8};
     const auto lists = std::make_unique<Lists>();
     for (auto _ : state) {
-        FindInitMatchPair(image, image, vA.data(), nCount, vB.data(), nCount, params, 0, 0, lists->matches);
+        FindInitMatchPair({image, vA.data(), nCount}, {image, vB.data(), nCount}, params, 0, 0, lists->matches);
     }
     state.counters["pairs"] = lists->matches.nCount;
     image.Release();

@@ -61,7 +61,7 @@ void BM_SearchFace(benchmark::State& state)
     if (pModel == nullptr) return state.SkipWithError("no model in the working directory");
     std::fclose(pModel);
     RunOnReference(state, [&](const CImage& reference, CImage&) {
-        SearchFace(reference, static_cast<int>(state.range(0)), 0, nullptr, 0, FaceParams{}, false);
+        SearchFace(reference, static_cast<int>(state.range(0)), 0, {}, FaceParams{}, {});
     });
 }
 BENCHMARK(BM_SearchFace)->DenseRange(0, 3)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -58,9 +58,9 @@ public:
     bool Weigh()
     {
         for (int k = 0; k < kExposures; ++k) m_Flags.SetReady(k);
-        return BuildWeight(m_vWork, kExposures, 1, m_Weight, FaceAim{}, m_Pyramid, m_Flags, m_vWeights) > 0;
+        return BuildWeight({m_vWork, kExposures, 1}, m_Weight, FaceAim{}, m_Pyramid, m_Flags, m_vWeights) > 0;
     }
-    bool Fuse() { return PyramidFusion(m_vWork, m_vWeights, m_vCoefs, kExposures, m_Fusion, m_Pyramid, 0, m_Fused); }
+    bool Fuse() { return PyramidFusion({m_vWork, kExposures, m_vWeights, m_vCoefs}, m_Fusion, m_Pyramid, {}, m_Fused); }
     bool FuseEdges() { return FuseEdgeLayers(m_vWeights[0], m_vLayers, kExposures, m_Pyramid, m_Edge); }
 
     void Report(benchmark::State& state) const

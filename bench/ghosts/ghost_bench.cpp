@@ -41,7 +41,7 @@ public:
     Burst(const Burst&) = delete;
     Burst& operator=(const Burst&) = delete;
 
-    bool Detect() { return m_Filter.DetectGhost(m_vWork, m_vMasks, kExposures, 1, {}, m_Map); }
+    bool Detect() { return m_Filter.DetectGhost({m_vWork, kExposures, 1}, m_vMasks, {}, {}, m_Map); }
 
     void Report(benchmark::State& state) const
     {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "foundation/stage_probe.h"
+#include "align/aligned_pair.h"
 
 namespace vkr::truth {
 
@@ -48,17 +48,16 @@ bool AlignRun::Align(CMultipleImagesAlignFilterOpt& filter, const TruthBurst& bu
     for (int k = 0; k < TruthBurst::kExposures; ++k) {
         if (!m_vFrames[k].CopyFrom(burst.Frame(k))) return false;
     }
-    StageProbe probe{};
-    probe.pUser = &result;
-    probe.pOnPair = [](void* pUser, const AlignedPair& pair) {
+    const auto OnPair = [](void* pUser, const AlignedPair& pair) {
         static_cast<AlignResult*>(pUser)->vPairs.push_back(pair);
     };
+    const PairProbe probe{OnPair, &result};
     ValidRange range;
-    SetStageProbe(&probe);
+    SetPairProbe(&probe);
     const auto start = std::chrono::steady_clock::now();
     const bool bDone = filter.AlignImages(m_vFrames, TruthBurst::kExposures, TruthBurst::kReference, m_vMasks, range);
     result.fMs = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-    SetStageProbe(nullptr);
+    SetPairProbe(nullptr);
     ToReference(filter, burst.Frame(0), result);
     return bDone;
 }

@@ -94,17 +94,10 @@ void DumpMappedPyramid(const AlignPyramids& pyramids, int j)
     }
 }
 
-void DumpAligned(const CYuvImage& frame, const CImage& mask, int k, int bUVOrder)
+void DumpAligned(const StageDumps& dumps, const CYuvImage& frame, const CImage& mask, int k)
 {
-    char szPath[kNameLength];
-    std::snprintf(szPath, sizeof(szPath), "AlignDump\\AlginedMask_%d.bmp", k);
-    SaveBmpGray(mask, szPath);
-    CImage bgr{};
-    ImageScope scope(bgr);
-    if (!ConvertYuvToImage(frame, bgr, 0)) return;
-    YCbCrToBGR(bgr, bUVOrder);
-    std::snprintf(szPath, sizeof(szPath), "AlignDump\\Algined_%d.bmp", k);
-    SaveBmp(bgr, szPath, true);
+    dumps.Save(mask, "AlignDump\\AlginedMask_%d.bmp", k);
+    dumps.Save(frame, "AlignDump\\Algined_%d.bmp", k);
 }
 
 void DumpFeatures(const char* pPairTag, int nWhich, const CImage& image, const FeaturePoint* pFeatures, int nCount)

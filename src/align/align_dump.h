@@ -3,6 +3,7 @@
 #include "align/align_pyramid.h"
 #include "align/match_list.h"
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 
 namespace vkr {
 
@@ -12,7 +13,7 @@ namespace vkr {
 
 void DumpPyramid(const AlignPyramids& pyramids, int i);        // every level of exposure i
 void DumpMappedPyramid(const AlignPyramids& pyramids, int j);  // exposure j after it was mapped towards j + 1
-void DumpAligned(const CYuvImage& frame, const CImage& mask, int k, int bUVOrder);
+void DumpAligned(const StageDumps& dumps, const CYuvImage& frame, const CImage& mask, int k);
 
 // FeatureMatchDump/InitFeature_<tag>_<nWhich>.bmp: the picture (nDim 1) with a cross at every feature.
 void DumpFeatures(const char* pPairTag, int nWhich, const CImage& image, const FeaturePoint* pFeatures, int nCount);

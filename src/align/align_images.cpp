@@ -5,6 +5,7 @@
 
 #include "align/align_dump.h"
 #include "align/align_pyramid.h"
+#include "align/aligned_pair.h"
 #include "align/frame_padding.h"
 #include "align/multiple_images_align_filter.h"
 #include "align/valid_mask.h"
@@ -121,10 +122,11 @@ bool FillAlignMasks(const CYuvImage* vFrames, int nExposureNum, int nReference, 
 }
 
 bool CMultipleImagesAlignFilterOpt::AlignImages(CYuvImage* vFrames, int nExposureNum, int nReference,
-                                                CImage* vAlignMasks, ValidRange& range, const AlignDumps& dumps)
+                                                CImage* vAlignMasks, ValidRange& range, const StageDumps& allowed)
 {
     range.m_nFirstValid = 0;
     range.m_nLastValid = nExposureNum;
+    const StageDumps dumps = allowed.If(bDumpDebug);
     bool bDone = false;
     {
         const FrameSizeScope scope(vFrames, nExposureNum);
@@ -134,20 +136,17 @@ bool CMultipleImagesAlignFilterOpt::AlignImages(CYuvImage* vFrames, int nExposur
         for (int k = 0; k < nExposureNum; ++k) vAlignMasks[k].Release();
         return false;
     }
-    if (bDumpDebug && dumps.bEnable) {
-        DumpAligned(vFrames[nReference], vAlignMasks[nReference], nReference, dumps.bUVOrder);
-    }
+    DumpAligned(dumps, vFrames[nReference], vAlignMasks[nReference], nReference);
     HdrPrintf("Global Alignement Done\n!!!");
     return true;
 }
 
 // Pads the frames to what the pyramid asks for, and leaves them so.
 bool CMultipleImagesAlignFilterOpt::AlignPadded(CYuvImage* vFrames, int nExposureNum, int nReference,
-                                                CImage* vAlignMasks, ValidRange& range, const AlignDumps& dumps)
+                                                CImage* vAlignMasks, ValidRange& range, const StageDumps& dumps)
 {
     const int wPadded = PaddedSide(vFrames[0].nWidth, nFeatureMatchLevel);
     const int hPadded = PaddedSide(vFrames[0].nHeight, nFeatureMatchLevel);
-    const bool bDump = bDumpDebug && dumps.bEnable;
     if (!PadFrames(vFrames, nExposureNum, wPadded, hPadded)) return false;
     HdrPrintf("Global Alignement Start\n!!!");
 
@@ -155,8 +154,8 @@ bool CMultipleImagesAlignFilterOpt::AlignPadded(CYuvImage* vFrames, int nExposur
     const AlignPyramidParams params{nFeatureMatchLevel, std::min(nHistogramMatchingLevel, nFeatureMatchLevel),
                                     bAlignPyramidDither != 0, bAlignPyramidFilter != 0};
     if (!pyramids.Build(vFrames, nExposureNum, params)) return false;
-    for (int i = 0; bDump && i < nExposureNum; ++i) DumpPyramid(pyramids, i);
-    if (!MatchPairs(pyramids, nReference, range, bDump)) return false;
+    for (int i = 0; dumps && i < nExposureNum; ++i) DumpPyramid(pyramids, i);
+    if (!MatchPairs(pyramids, nReference, range, dumps)) return false;
     pyramids.Release();
 
     CMatrix vToReference[kMaxExposures];
@@ -165,21 +164,21 @@ bool CMultipleImagesAlignFilterOpt::AlignPadded(CYuvImage* vFrames, int nExposur
 }
 
 // One pair after the other: each maps its first picture in place, and the random numbers are one sequence.
-bool CMultipleImagesAlignFilterOpt::MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, bool bDump)
+bool CMultipleImagesAlignFilterOpt::MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range,
+                                               const StageDumps& dumps)
 {
     AlignRandom random;
     for (int j = 0; j + 1 < pyramids.ExposureNum(); ++j) {
         pyramids.MapHistogram(j);
-        if (bDump) DumpMappedPyramid(pyramids, j);
+        if (dumps) DumpMappedPyramid(pyramids, j);
         std::snprintf(m_szPairTag, sizeof(m_szPairTag), "_Exp%d_%d", j, j + 1);
         AlignedPair report{};
         report.nFirst = j;
         report.nSecond = j + 1;
-        Tic();
         m_H[j] = IdentityHomography();
-        report.bAligned =
-            PyramidFeatureMatch(pyramids.Levels(j), pyramids.Levels(j + 1), random, m_H[j], bDump, report);
-        Toc("==== ==== ==== PyramidFeatureMatch Done");
+        report.bAligned = TimedStage("==== ==== ==== PyramidFeatureMatch Done", [&] {
+            return PyramidFeatureMatch(pyramids.Levels(j), pyramids.Levels(j + 1), random, m_H[j], dumps, report);
+        });
         if (m_H[j].Rows() != 3) return false;
         for (int i = 0; i < 9; ++i) report.vHomography[i] = m_H[j].At(i / 3, i % 3);
         ProbePair(report);
@@ -217,7 +216,7 @@ void CMultipleImagesAlignFilterOpt::ComposeHomographies(int nExposureNum, int nR
 
 bool CMultipleImagesAlignFilterOpt::WarpFrames(CYuvImage* vFrames, int nExposureNum, int nReference,
                                                const CMatrix* vToReference, CImage* vAlignMasks,
-                                               const AlignDumps& dumps)
+                                               const StageDumps& dumps)
 {
     const int w = vFrames[0].nWidth, h = vFrames[0].nHeight;
     CYuvImage warped{};
@@ -231,12 +230,12 @@ bool CMultipleImagesAlignFilterOpt::WarpFrames(CYuvImage* vFrames, int nExposure
             return false;
         }
         if (toPixel.Invert() != CMatrix::kNoError) toPixel.Identity();
-        Tic();
-        const bool bDone = IsIdentity(toPixel) || m_HomographMappingFilter.ProcessImage(vFrames[k], warped, toPixel);
-        Toc("==== ==== ==== m_HomographMappingFilter.ProcessImage Done");
+        const bool bDone = TimedStage("==== ==== ==== m_HomographMappingFilter.ProcessImage Done", [&] {
+            return IsIdentity(toPixel) || m_HomographMappingFilter.ProcessImage(vFrames[k], warped, toPixel);
+        });
         if (!bDone) return false;
         if (!IsIdentity(toPixel)) vFrames[k].Swap(warped);
-        if (bDumpDebug && dumps.bEnable) DumpAligned(vFrames[k], vAlignMasks[k], k, dumps.bUVOrder);
+        DumpAligned(dumps, vFrames[k], vAlignMasks[k], k);
     }
     return true;
 }

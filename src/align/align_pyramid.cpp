@@ -72,26 +72,22 @@ bool AlignPyramids::BuildOne(const CYuvImage& frame, int i, const AlignPyramidPa
     if (!pLevels[0].AllocateGray(frame.nWidth, frame.nHeight)) return false;
     std::memcpy(pLevels[0].pData, frame.pY, pLevels[0].Samples());
     for (int k = 0; k < params.nTopLevel; ++k) {
-        Tic();
-        const bool bDone = HalveImage(pLevels[k], pLevels[k + 1], params.bFilter, params.bDither);
-        Toc("==== ==== ==== DownScaleImage Done");
-        if (!bDone) return false;
+        const StageTimer timer("==== ==== ==== DownScaleImage Done");
+        if (!HalveImage(pLevels[k], pLevels[k + 1], params.bFilter, params.bDither)) return false;
     }
     HdrPrintf("m_nHistogramMatchingLevel %d\n", params.nHistogramLevel);
     HdrLog("m_nHistogramMatchingLevel %d ", params.nHistogramLevel);
-    Tic();
+    const StageTimer timer("==== ==== ==== GetHistogram Done");
     MeasureShares(pLevels[params.nHistogramLevel], m_fCDF[i]);
-    Toc("==== ==== ==== GetHistogram Done");
     return true;
 }
 
 void AlignPyramids::MapHistogram(int j)
 {
-    Tic();
+    const StageTimer timer("==== ==== ==== HistMapping Done");
     uint8_t vTable[256];
     MatchShares(m_fCDF[j], m_fCDF[j + 1], vTable);
     for (int k = 0; k < m_nLevels; ++k) MapSamples(m_vLevels[j][k], vTable);
-    Toc("==== ==== ==== HistMapping Done");
 }
 
 void AlignPyramids::Release()

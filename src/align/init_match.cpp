@@ -151,13 +151,14 @@ void CollectPairs(FeaturePoint* pFirst, int nFirst, FeaturePoint* pSecond, Match
 
 }  // namespace
 
-bool FindInitMatchPair(const CImage& first, const CImage& second, FeaturePoint* pFirst, int nFirst,
-                       FeaturePoint* pSecond, int nSecond, const InitMatchParams& params, int nOffsetX, int nOffsetY,
-                       MatchList& matches)
+bool FindInitMatchPair(const FeaturedPicture& firstPicture, const FeaturedPicture& secondPicture,
+                       const InitMatchParams& params, int nOffsetX, int nOffsetY, MatchList& matches)
 {
+    const CImage &first = firstPicture.picture, &second = secondPicture.picture;
+    FeaturePoint *const pFirst = firstPicture.pFeatures, *const pSecond = secondPicture.pFeatures;
+    const int nFirst = Clamp(firstPicture.nCount, 0, kMaxFeatures);
+    const int nSecond = Clamp(secondPicture.nCount, 0, kMaxFeatures);
     matches.nCount = 0;
-    nFirst = Clamp(nFirst, 0, kMaxFeatures);
-    nSecond = Clamp(nSecond, 0, kMaxFeatures);
     ForgetMatches(pFirst, nFirst);
     ForgetMatches(pSecond, nSecond);
     if (first.Empty() || second.Empty() || first.nDim != 1 || second.nDim != 1) return false;

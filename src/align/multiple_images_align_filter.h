@@ -11,11 +11,12 @@
 #include "foundation/filter.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image.h"
-#include "foundation/stage_probe.h"
+#include "foundation/stage_dumps.h"
 
 namespace vkr {
 
 class AlignPyramids;
+struct AlignedPair;
 
 // What alignment decides for the rest of the burst: the usable exposures, m_nLastValid exclusive.
 struct ValidRange {
@@ -36,12 +37,6 @@ private:
     CHomographMappingFilter m_HomographMapping;  // in the parameter text only
 };
 
-// Whether the pictures and texts of bDumpDebug may be written at all, and the chroma order of the frames in them.
-struct AlignDumps {
-    int32_t bEnable = 0;
-    int32_t bUVOrder = 0;
-};
-
 // The one that runs. Its own detector and warp are made after the list of sub-filters stands: the parameter file does
 // not reach them and they keep their defaults.
 class CMultipleImagesAlignFilterOpt : public CMultipleImagesAlignFilter {
@@ -52,26 +47,27 @@ public:
     // 255 where the frame covers the picture: of the frame's size, padded to what the pyramid asks for, for the
     // reference; of half that for the others). A pair of neighbours that can not be matched keeps its places; with
     // bDropAlignFail it also narrows range, which comes as 0 .. nExposureNum. Same bytes from any number of threads.
-    // False when there was no memory; the frames have their own size again on
-    // every way out, though then not all of them are warped.
+    // False when there was no memory; the frames have their own size again on every way out, though then not all of
+    // them are warped.
     bool AlignImages(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range,
-                     const AlignDumps& dumps = {});
+                     const StageDumps& dumps = {});
 
     // Of the last run: takes points of exposure j + 1 to points of exposure j, the origin at the picture's centre.
     const CMatrix& PairHomography(int j) const { return m_H[j]; }
 
 private:
     bool AlignPadded(CYuvImage* vFrames, int nExposureNum, int nReference, CImage* vAlignMasks, ValidRange& range,
-                     const AlignDumps& dumps);
-    bool MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, bool bDump);
+                     const StageDumps& dumps);
+    bool MatchPairs(AlignPyramids& pyramids, int nReference, ValidRange& range, const StageDumps& dumps);
     bool PyramidFeatureMatch(const CImage* pFirst, const CImage* pSecond, AlignRandom& random, CMatrix& homography,
-                             bool bDump, AlignedPair& report);
-    bool DetectFeatures(const CImage* pLevels, FeaturePoint* pFeatures, int& nCount, int nWhich, bool bDump) const;
+                             const StageDumps& dumps, AlignedPair& report);
+    bool DetectFeatures(const CImage* pLevels, FeaturePoint* pFeatures, int& nCount, int nWhich,
+                        const StageDumps& dumps) const;
     bool EstimateHomography(const CImage& first, const CImage& second, const MatchList& matches, AlignRandom& random,
                             CMatrix& homography, AlignedPair& report);
     void ComposeHomographies(int nExposureNum, int nReference, CMatrix* vToReference) const;
     bool WarpFrames(CYuvImage* vFrames, int nExposureNum, int nReference, const CMatrix* vToReference,
-                    CImage* vAlignMasks, const AlignDumps& dumps);
+                    CImage* vAlignMasks, const StageDumps& dumps);
 
     CFeaturePointDetectionOpt m_FeatureDetectionOpt;
     CHomographMappingFilter m_HomographMappingFilter;

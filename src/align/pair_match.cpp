@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "align/align_dump.h"
+#include "align/aligned_pair.h"
 #include "align/init_match.h"
 #include "align/multiple_images_align_filter.h"
 #include "align/ransac.h"
@@ -38,9 +39,9 @@ void PrintHomography(int nInliers, const CMatrix& h)
 
 // Corners of the coarsest level, carried down to level 0. nWhich: 0 the pair's first picture, 1 its second.
 bool CMultipleImagesAlignFilterOpt::DetectFeatures(const CImage* pLevels, FeaturePoint* pFeatures, int& nCount,
-                                                   int nWhich, bool bDump) const
+                                                   int nWhich, const StageDumps& dumps) const
 {
-    Tic();
+    GoalTimer timer("==== ==== ==== ==== PyramidFeatureDetect Done");
     const CImage& top = pLevels[nFeatureMatchLevel];
     const bool bFound =
         m_FeatureDetectionOpt.Detect(top, pFeatures, nCount, kMaxFeatures, 0, 0, top.nWidth, top.nHeight);
@@ -49,35 +50,35 @@ bool CMultipleImagesAlignFilterOpt::DetectFeatures(const CImage* pLevels, Featur
         HdrPrintf("Detecting Feature points fail, %d-th", nWhich);
         return false;
     }
-    Toc("==== ==== ==== ==== PyramidFeatureDetect Done");
+    timer.Reached();
     HdrPrintf(" image: %d Feature points found\n", nCount);
-    if (bDump) DumpFeatures(m_szPairTag, nWhich, pLevels[0], pFeatures, nCount);
+    if (dumps) DumpFeatures(m_szPairTag, nWhich, pLevels[0], pFeatures, nCount);
     HdrLog("m_nFeatureMatchLevel = %d", nFeatureMatchLevel);
     HdrLog("m_nFeatureMatchLevel = %d\n", nFeatureMatchLevel);
     return true;
 }
 
 bool CMultipleImagesAlignFilterOpt::PyramidFeatureMatch(const CImage* pFirst, const CImage* pSecond,
-                                                        AlignRandom& random, CMatrix& homography, bool bDump,
-                                                        AlignedPair& report)
+                                                        AlignRandom& random, CMatrix& homography,
+                                                        const StageDumps& dumps, AlignedPair& report)
 {
     HeapBuffer<FeaturePoint> scratch;  // features of both pictures, then both sides of the pairs
     if (!scratch.Allocate(4 * static_cast<size_t>(kMaxFeatures))) return false;
     FeaturePoint* const pFeatures[2] = {scratch.Data(), scratch.Data() + kMaxFeatures};
     MatchList matches{pFeatures[1] + kMaxFeatures, pFeatures[1] + 2 * kMaxFeatures, 0};
-    if (!DetectFeatures(pFirst, pFeatures[0], report.nFeatures[0], 0, bDump)) return false;
-    if (!DetectFeatures(pSecond, pFeatures[1], report.nFeatures[1], 1, bDump)) return false;
+    if (!DetectFeatures(pFirst, pFeatures[0], report.nFeatures[0], 0, dumps)) return false;
+    if (!DetectFeatures(pSecond, pFeatures[1], report.nFeatures[1], 1, dumps)) return false;
 
     // The first picture stands on both sides: places are compared where they lie, before anything has moved.
     const CImage& top = pFirst[nFeatureMatchLevel];
     const InitMatchParams initParams{nFeatureMatchLevel, nMaxSearchX,     nMaxSearchY,
                                      nInitMatchThreX,    nInitMatchThreY, nMinFeatureNum};
-    const bool bMatched = FindInitMatchPair(top, top, pFeatures[0], report.nFeatures[0], pFeatures[1],
-                                            report.nFeatures[1], initParams, 0, 0, matches);
+    const bool bMatched = FindInitMatchPair({top, pFeatures[0], report.nFeatures[0]},
+                                            {top, pFeatures[1], report.nFeatures[1]}, initParams, 0, 0, matches);
     report.nInitMatches = report.nRefinedMatches = matches.nCount;
     if (!bMatched) return false;
     HdrPrintf("FindInitMatchPair %s: %d\n", m_szPairTag, matches.nCount);
-    if (bDump) DumpMatches("InitMatch", m_szPairTag, pFirst[0], pSecond[0], matches);
+    if (dumps) DumpMatches("InitMatch", m_szPairTag, pFirst[0], pSecond[0], matches);
 
     if (bRefineMatchEnable) {
         HdrPrintf("Init Match Pair=%d \n", matches.nCount);
@@ -89,7 +90,7 @@ bool CMultipleImagesAlignFilterOpt::PyramidFeatureMatch(const CImage* pFirst, co
             return false;
         }
         HdrPrintf("Final Match Pair=%d\n", matches.nCount);
-        if (bDump) DumpMatches("FinalMatch", m_szPairTag, pFirst[0], pSecond[0], matches);
+        if (dumps) DumpMatches("FinalMatch", m_szPairTag, pFirst[0], pSecond[0], matches);
     }
     return EstimateHomography(pFirst[0], pSecond[0], matches, random, homography, report);
 }

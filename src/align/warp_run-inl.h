@@ -39,7 +39,7 @@ struct MirroredRun {
 template <int nDim>
 class WarpSource {
 public:
-    static constexpr int kCell = kWarpCell / nDim, kRunPixels = kRun / nDim;  // pixels
+    static constexpr int kCell = kWarpCell / nDim, kPixelsOfRun = kRun / nDim;  // pixels
 
     explicit WarpSource(const WarpPlane& plane)
         : m_plane(plane),
@@ -67,7 +67,7 @@ public:
     // The run that begins with pixel x of the two rows.
     HWY_INLINE WarpRun Run(const WarpRun& rows, int x, MirroredRun& mirrored) const
     {
-        if (x + kRunPixels < m_plane.nWidth) return {rows.pTop + x * nDim, rows.pBottom + x * nDim};
+        if (x + kPixelsOfRun < m_plane.nWidth) return {rows.pTop + x * nDim, rows.pBottom + x * nDim};
         Gather(rows, x, mirrored);
         return {mirrored.vTop, mirrored.vBottom};
     }
@@ -75,7 +75,7 @@ public:
 private:
     void Gather(const WarpRun& rows, int x, MirroredRun& mirrored) const
     {
-        for (int i = 0; i <= kRunPixels; ++i) {
+        for (int i = 0; i <= kPixelsOfRun; ++i) {
             const int nInside = x + i < m_nWidth ? x + i : 2 * (m_nWidth - 1) - (x + i);
             const int nFrom = std::min(nInside, m_plane.nWidth - 1) * nDim;
             for (int c = 0; c < nDim; ++c) {
@@ -98,7 +98,7 @@ void WarpTile(const WarpSource<nDim>& src, const float* pNodes, int nCells, uint
 {
     WarpPosition vColumns[2 * kTileCells];
     for (int i = 0; i < 2 * nCells; ++i) {
-        vColumns[i] = src.Column(pNodes + i / 2 * 2, i % 2 * WarpSource<nDim>::kRunPixels);
+        vColumns[i] = src.Column(pNodes + i / 2 * 2, i % 2 * WarpSource<nDim>::kPixelsOfRun);
     }
     MirroredRun mirrored;
     for (int y = 0; y < nRows; ++y, pDst += src.Stride()) {

@@ -113,9 +113,9 @@ int AIClass::RunFaceModel(TfLiteInterpreter* pInterpreter, const CImage& image, 
         return 1;
     }
     FillInput(image, pInput);
-    Tic();
+    GoalTimer timer("==============================Resize");  // the network's run, for all its name
     if (TfLiteInterpreterInvoke(pInterpreter) != kTfLiteOk) EndWithModelError(kSourceFile, kInvokeStep);
-    Toc("==============================Resize");
+    timer.Reached();
     const int32_t nTensors = TfLiteInterpreterGetOutputTensorCount(pInterpreter);
     for (int32_t i = 0; i < nTensors; ++i) {
         vTensors.push_back(RecordOf(TfLiteInterpreterGetOutputTensor(pInterpreter, i)));

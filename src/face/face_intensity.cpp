@@ -11,8 +11,10 @@ namespace vkr {
 
 namespace {
 
-constexpr int32_t kLevels = 256;      // a level is looked for among these
-constexpr int32_t kLeastSpread = 15;  // of skin: a component less would be grey
+constexpr int32_t kLevels = 256;  // a level is looked for among these
+// Skin is redder than anything beside it. Components no more than this apart, noise and white balance can make of grey;
+// red no more than this above green is as well yellow: hair, wood, a lamp.
+constexpr int32_t kLeastSpread = 15;
 
 struct SkinHistogram {
     int64_t nCount = 0;
@@ -112,7 +114,7 @@ void GetReferenceFaceIntensity(const FaceBox& box, const CImage& image, const Fa
 
     if (Sum(vHigh) - Sum(vLow) > params.nBrightDarkFaceThres) {
         bBrightDarkFace = 1;
-        if (measure.bDebugDumpEnable) HdrPrintf("!!!Bright Dark Face!!!");
+        if (measure.dumps) HdrPrintf("!!!Bright Dark Face!!!");
         return;
     }
     if (measure.bHSVStretch) return;
@@ -132,13 +134,13 @@ void GetFusionFaceIntensity(const FaceBox& box, const CShortImage& fused, int32_
     const auto& vLow = intensity.vLow;
     const auto& vHigh = intensity.vHigh;
     if (!bBrightDarkFace && !measure.bHSVStretch) {
-        if (measure.bDebugDumpEnable) HdrPrintf("FaceCountFusion %i \n", static_cast<int>(skin.nCount));
+        if (measure.dumps) HdrPrintf("FaceCountFusion %i \n", static_cast<int>(skin.nCount));
         TakeMedians(skin, intensity);
         HdrPrintf("Fusion Face Intensity = [%i, %i, %i]\n", vLow[0], vLow[1], vLow[2]);
         return;
     }
     TakeLevels(skin, params, intensity);
-    if (measure.bDebugDumpEnable) PrintRedBins(skin);
+    if (measure.dumps) PrintRedBins(skin);
     HdrPrintf("Fusion Face Low  Intensity = [%i, %i, %i]\n", vLow[0], vLow[1], vLow[2]);
     HdrPrintf("Fusion Face High Intensity = [%i,%i,%i]\n", vHigh[0], vHigh[1], vHigh[2]);
 }

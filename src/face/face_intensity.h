@@ -5,6 +5,7 @@
 #include "face/face_box.h"
 #include "face/face_params.h"
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 
 namespace vkr {
 
@@ -21,8 +22,8 @@ struct MeasuredFace {
 
 // What the measurements need to know besides the parameters of the face.
 struct FaceMeasure {
-    int32_t bHSVStretch = 0;       // 1: low and high levels are wanted, not medians
-    int32_t bDebugDumpEnable = 0;  // 1: more lines
+    int32_t bHSVStretch = 0;  // 1: low and high levels are wanted, not medians
+    StageDumps dumps = {};    // more lines
 };
 
 // Both look at the pixels of the box (both ends inclusive, any box; beyond the picture as face/box_runs.h tells) that

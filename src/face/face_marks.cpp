@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "foundation/bmp.h"
 #include "foundation/fixed_point.h"
 
 namespace vkr {
@@ -51,20 +50,20 @@ FaceBox Halved(const FaceBox& box)
 
 }  // namespace
 
-void DrawFaceBoxes(CImage& image, const FaceBox& faceBox, const FaceBox* pHostFaces, int nHostFaces, int nFaceSource,
-                   int bDebugDump)
+void DrawFaceBoxes(CImage& image, const FaceBox& faceBox, const HostFaces& hostFaces, int nFaceSource,
+                   const StageDumps& dumps)
 {
     if (image.Empty() || image.nDim != 3) return;
     const bool bHostFaces = nFaceSource == 3;
-    const bool bEngineFace = nFaceSource == 2 || (nFaceSource == 0 && bDebugDump) || (bHostFaces && nHostFaces == 1);
+    const bool bEngineFace = nFaceSource == 2 || (nFaceSource == 0 && dumps) || (bHostFaces && hostFaces.nCount == 1);
     if (!bHostFaces && !bEngineFace) return;
 
     if (bEngineFace) {
         DrawBox(image, faceBox);
     } else {
-        for (int i = 0; i < nHostFaces; ++i) DrawBox(image, Halved(pHostFaces[i]));
+        for (int i = 0; i < hostFaces.nCount; ++i) DrawBox(image, Halved(hostFaces.pFaces[i]));
     }
-    if (bDebugDump) SaveBmp(image, "Dump/WithFaceMask.bmp", true);
+    dumps.Save(image, "Dump/WithFaceMask.bmp");
 }
 
 }  // namespace vkr

@@ -6,7 +6,6 @@
 #include "face/average_pooling_down_scale_filter.h"
 #include "face/face_boxes.h"
 #include "face/rotate_image.h"
-#include "foundation/bmp.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
 #include "foundation/timing.h"
@@ -29,14 +28,14 @@ std::string ModelPath()
 }
 
 // The upright picture; empty when there was no memory.
-void MakeUpright(const CImage& reference, int nOrientation, bool bDump, CImage& upright)
+void MakeUpright(const CImage& reference, int nOrientation, const StageDumps& dumps, CImage& upright)
 {
     if (nOrientation == 0) {
         upright.CopyFrom(reference);
         return;
     }
     RotateUpright(reference, nOrientation, upright);
-    if (bDump) SaveBmp(upright, "AISeg/RotatedImage.bmp", true);
+    dumps.Save(upright, "AISeg/RotatedImage.bmp");
 }
 
 // Levels 1 and 2 are for the eye: detection takes level 0. One that finds no memory stays empty.
@@ -46,18 +45,8 @@ void MakeSmallerLevels(CImage (&vLevels)[kInputLevels])
     filter.Initialize();
     filter.nDownScaleSize = 2;
     for (int i = 1; i < kInputLevels; ++i) {
-        Tic();
+        const StageTimer timer("====================ApplyImage");
         filter.ApplyDownScale(vLevels[i - 1], vLevels[i], filter.nDownScaleSize);
-        Toc("====================ApplyImage");
-    }
-}
-
-void DumpLevels(const CImage (&vLevels)[kInputLevels])
-{
-    for (int i = 0; i < kInputLevels; ++i) {
-        char szPath[32];
-        HdrSprintf(szPath, sizeof(szPath), "AISeg/Input_Level%d.bmp", i);
-        SaveBmp(vLevels[i], szPath, true);
     }
 }
 
@@ -72,24 +61,24 @@ void DumpBoxes(const std::vector<FaceBoxRecord>& vBoxes)
     }
 }
 
-FaceBox ChooseNetworkFace(const CImage& reference, int nOrientation, int nMinSide, bool bDump)
+FaceBox ChooseNetworkFace(const CImage& reference, int nOrientation, int nMinSide, const StageDumps& dumps)
 {
     std::vector<FaceBoxRecord> vBoxes;
-    FindFacesByNetwork(reference, nOrientation, bDump, vBoxes);
+    FindFacesByNetwork(reference, nOrientation, dumps, vBoxes);
     FaceBox face;
     if (vBoxes.empty()) return face;  // nothing to log either
     for (const FaceBoxRecord& box : vBoxes) TakeLarger(WholePixels(box), nMinSide, face);
-    if (bDump) DumpBoxes(vBoxes);
+    if (dumps) DumpBoxes(vBoxes);
     HdrLog("VKR AI Face Detection Coordinate x1 %i y1 %i x2 %i y2 %i", face.x1, face.y1, face.x2, face.y2);
     return face;
 }
 
-FaceBox ChooseHostFace(const FaceBox* pHostFaces, int nHostFaces, int nMinSide)
+FaceBox ChooseHostFace(const HostFaces& hostFaces, int nMinSide)
 {
     FaceBox face;
-    if (nHostFaces <= 0) return face;
-    for (int i = 0; i < nHostFaces; ++i) {
-        const FaceBox& box = pHostFaces[i];
+    if (hostFaces.nCount <= 0) return face;
+    for (int i = 0; i < hostFaces.nCount; ++i) {
+        const FaceBox& box = hostFaces.pFaces[i];
         TakeLarger({box.x1 / 2, box.y1 / 2, box.x2 / 2, box.y2 / 2}, nMinSide, face);
     }
     HdrLog("System Face Detection Coordinate x1 %i y1 %i x2 %i y2 %i", face.x1, face.y1, face.x2, face.y2);
@@ -108,25 +97,27 @@ void SetFaceModelFolder(const std::string& sFolder)
     ModelFolder() = sFolder;
 }
 
-FaceBox SearchFace(const CImage& reference, int nOrientation, int nFaceSource, const FaceBox* pHostFaces,
-                   int nHostFaces, const FaceParams& params, bool bDump)
+FaceBox SearchFace(const CImage& reference, int nOrientation, int nFaceSource, const HostFaces& hostFaces,
+                   const FaceParams& params, const StageDumps& dumps)
 {
-    if (nFaceSource < 1) return ChooseNetworkFace(reference, nOrientation, params.nAIFaceHeightWidthThres, bDump);
-    return ChooseHostFace(pHostFaces, nHostFaces, params.nAIFaceHeightWidthThres);
+    if (nFaceSource < 1) return ChooseNetworkFace(reference, nOrientation, params.nAIFaceHeightWidthThres, dumps);
+    return ChooseHostFace(hostFaces, params.nAIFaceHeightWidthThres);
 }
 
-void FindFacesByNetwork(const CImage& reference, int nOrientation, bool bDump, std::vector<FaceBoxRecord>& vBoxes)
+void FindFacesByNetwork(const CImage& reference, int nOrientation, const StageDumps& dumps,
+                        std::vector<FaceBoxRecord>& vBoxes)
 {
     vBoxes.clear();
-    Tic();
+    GoalTimer timer("==========AI init");
     AIClass detector(ModelPath().c_str());
-    Toc("==========AI init");
+    timer.Reached();
     if (nOrientation < 0 || nOrientation > 3) return;
     CImage m_InputLevel[kInputLevels] = {};
     ImageScope scope(m_InputLevel);
-    MakeUpright(reference, nOrientation, bDump, m_InputLevel[0]);
+    MakeUpright(reference, nOrientation, dumps, m_InputLevel[0]);
     MakeSmallerLevels(m_InputLevel);
-    if (bDump && nOrientation == 0) DumpLevels(m_InputLevel);
+    for (int i = 0; i < kInputLevels; ++i)
+        dumps.If(nOrientation == 0).Save(m_InputLevel[i], "AISeg/Input_Level%d.bmp", i);
     detector.DetectFaces(m_InputLevel[0], vBoxes);
     for (FaceBoxRecord& box : vBoxes) box = MapToUnturned(box, nOrientation, reference.nWidth, reference.nHeight);
 }

@@ -7,6 +7,7 @@
 #include "face/face_box_record.h"
 #include "face/face_params.h"
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 
 namespace vkr {
 
@@ -23,15 +24,16 @@ void SetFaceModelFolder(const std::string& sFolder);
 // the first. All zero when there is none.
 //
 //   reference    B, G, R, the reference's working picture
-//   nFaceSource  below 1: FindFacesByNetwork; from 1 up: the nHostFaces rectangles at pHostFaces, frame pixels, halved
-//   bDump        the pictures that the network's search saw, and a line for each corner of its boxes
-FaceBox SearchFace(const CImage& reference, int nOrientation, int nFaceSource, const FaceBox* pHostFaces,
-                   int nHostFaces, const FaceParams& params, bool bDump);
+//   nFaceSource  below 1: FindFacesByNetwork; from 1 up: the rectangles of hostFaces, halved
+//   dumps        the pictures that the network's search saw, and a line for each corner of its boxes
+FaceBox SearchFace(const CImage& reference, int nOrientation, int nFaceSource, const HostFaces& hostFaces,
+                   const FaceParams& params, const StageDumps& dumps);
 
 // vBoxes receives all faces that the network finds in reference turned upright (see RotateUpright; nOrientation 0 as it
 // is, outside 0 .. 3 none is looked for), by falling score, in pixels of reference, not clipped. The model is loaded
 // from kFaceModelPath and given back within the call. A model that is missing or damaged ends the process: see
 // CTfModel.
-void FindFacesByNetwork(const CImage& reference, int nOrientation, bool bDump, std::vector<FaceBoxRecord>& vBoxes);
+void FindFacesByNetwork(const CImage& reference, int nOrientation, const StageDumps& dumps,
+                        std::vector<FaceBoxRecord>& vBoxes);
 
 }  // namespace vkr

@@ -21,6 +21,7 @@ struct FlowTemporaries {
     CShortImage m_Fused{};                          // 3 base and 3 high-frequency components
     CImage m_Tone{};                                // B, G, R at working size, later Y and chroma
     CYuvImage m_Upscaled{};                         // the tone picture at frame size
+    bool bGhosts = false;                           // the engine's ghost map is this burst's
     FaceBox m_FaceBox;                              // working pixels; all zero: no face
     MeasuredFace m_Face;                            // levels of its skin, zero until they are measured
 

@@ -4,7 +4,6 @@
 #include "flow/flow_temporaries.h"
 #include "flow/multi_exposure_flow.h"
 #include "flow/stage_thread.h"
-#include "foundation/bmp.h"
 #include "foundation/colour.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
@@ -30,47 +29,34 @@ bool CMultiExposureHDRProcessFlowOpt::FuseBurst(const Burst& burst, FlowTemporar
 {
     if (!MakeWorkingFrames(burst, temp) || !MarkSaturation(temp)) return false;
     FindFace(burst, temp);
-    if (!WeighExposures(burst, temp)) return false;
-
+    if (!WeighExposures(burst, temp) || !EmbedGhosts(burst, temp)) return false;
     StageThread edgeThread([&] {
-        return FuseEdgeLayers(temp.m_Level0Weights, temp.vDetailLayers, burst.nExposureNum, *this, temp.m_EdgeLayer);
+        return FuseEdgeLayers(temp.m_Level0Weights, temp.vDetailLayers, burst.nExposureNum, ForPyramids(),
+                              temp.m_EdgeLayer);
     });
-    Tic();
-    const bool bFused = PyramidFusion(temp.vWorkFrames, temp.vWeights, temp.vCoefs, burst.nExposureNum, *this, *this,
-                                      bDebugDumpEnable, temp.m_Fused);
-    Toc("==== ==== PyramidFusion Done");
-    ProbeImage("fused", temp.m_Fused);
-    for (CImage& frame : temp.vWorkFrames) {
-        const bool bToneReadsIt = ToneFollowsFace(temp) && &frame == &temp.vWorkFrames[burst.nReference];
-        if (!bToneReadsIt) frame.Release();
-    }
-    for (CImage& level : temp.vWeights) level.Release();
-    if (!bFused || temp.m_Fused.Empty() || !MapTone(burst, temp)) return false;
-    MarkFaces(burst, temp);
-    if (!UpscaleTone(temp)) return false;
-    Tic();
-    if (!edgeThread.Join()) return false;
-    return RestoreEdges(temp, output);
+    if (!FuseExposures(burst, temp) || !MapTone(burst, temp)) return false;
+    DrawFaceBoxes(temp.m_Tone, temp.m_FaceBox, burst.faces, burst.nFaceSource, Dumps());
+    return UpscaleTone(temp) && RestoreEdges(edgeThread, temp, output);
 }
 
 bool CMultiExposureHDRProcessFlowOpt::MakeWorkingFrames(const Burst& burst, FlowTemporaries& temp)
 {
     m_ReadyFlags.Reset();
-    Tic();
-    const bool bDone =
-        BinarizeFrames(burst.vFrames, burst.nExposureNum, bUVOrder, m_ReadyFlags, temp.vWorkFrames, temp.vDetailLayers);
     m_FaceIntensity = nGoodBrightnessTarget[burst.nReference];
-    Toc("==== ==== Binarize Done");
-    for (int k = 0; k < burst.nExposureNum; ++k) ProbeImage("work", temp.vWorkFrames[k], k);
+    const bool bDone = TimedStage("==== ==== Binarize Done", [&] {
+        return BinarizeFrames(burst.vFrames, burst.nExposureNum, bUVOrder, m_ReadyFlags, temp.vWorkFrames,
+                              temp.vDetailLayers);
+    });
+    ProbeImages("work", temp.vWorkFrames, burst.nExposureNum);
     return bDone;
 }
 
 bool CMultiExposureHDRProcessFlowOpt::MarkSaturation(FlowTemporaries& temp)
 {
-    Tic();
-    const bool bDone = !bCheckSatuEnable || GenerateSatuMask(temp.vWorkFrames[0], nSaturateThre, temp.m_SatuMask);
-    if (bCheckSatuEnable && bDebugDumpEnable) SaveBmpGray(temp.m_SatuMask, "Dump/SatuMask.bmp");
-    Toc("==== ==== GenerateSatuMask Done");
+    const bool bDone = TimedStage("==== ==== GenerateSatuMask Done", [&] {
+        return !bCheckSatuEnable || GenerateSatuMask(temp.vWorkFrames[0], nSaturateThre, temp.m_SatuMask);
+    });
+    Dumps().Save(temp.m_SatuMask, "Dump/SatuMask.bmp");
     ProbeImage("satumask", temp.m_SatuMask);
     return bDone;
 }
@@ -78,62 +64,62 @@ bool CMultiExposureHDRProcessFlowOpt::MarkSaturation(FlowTemporaries& temp)
 // A burst without a face switches the search off for the bursts after it.
 void CMultiExposureHDRProcessFlowOpt::FindFace(const Burst& burst, FlowTemporaries& temp)
 {
-    Tic();
-    if (bAIMask) {
-        temp.m_FaceBox = SearchFace(temp.vWorkFrames[burst.nReference], burst.nOrientation, burst.nFaceSource,
-                                    burst.faces.pFaces, burst.faces.nCount, *this, bDebugDumpEnable != 0);
-        if (temp.m_FaceBox.x2 == 0 && temp.m_FaceBox.y2 == 0) bAIMask = 0;
+    const StageTimer timer("====AI1");
+    if (!bAIMask) return;
+    temp.m_FaceBox = SearchFace(temp.vWorkFrames[burst.nReference], burst.nOrientation, burst.nFaceSource, burst.faces,
+                                ForFaces(), Dumps());
+    if (temp.m_FaceBox.x2 == 0 && temp.m_FaceBox.y2 == 0) {
+        bAIMask = 0;
+    } else {
+        AimAtFace(burst, temp);
     }
-    if (bAIMask) AimAtFace(burst, temp);
-    Toc("====AI1");
 }
 
 // The weights of the reference exposure aim at the brightness of its face.
 void CMultiExposureHDRProcessFlowOpt::AimAtFace(const Burst& burst, FlowTemporaries& temp)
 {
-    GetReferenceFaceIntensity(temp.m_FaceBox, temp.vWorkFrames[burst.nReference], *this,
-                              {bHSVStretch, bDebugDumpEnable}, temp.m_Face.reference, m_bBrightDarkFace);
+    GetReferenceFaceIntensity(temp.m_FaceBox, temp.vWorkFrames[burst.nReference], ForFaces(), {bHSVStretch, Dumps()},
+                              temp.m_Face.reference, m_bBrightDarkFace);
     m_FaceIntensity = FaceBrightness(temp.m_Face.reference, nFusionWeightSelect);
     HdrPrintf("m_FaceIntensity %i\n", m_FaceIntensity);
 }
 
-// Weights on a thread of their own beside ghost detection, then what ghosts change in them.
+// On a thread of their own, beside ghost detection.
 bool CMultiExposureHDRProcessFlowOpt::WeighExposures(const Burst& burst, FlowTemporaries& temp)
 {
     StageThread weightThread([&] {
-        m_nTotalLevels = BuildWeight(temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this, *this,
-                                     m_ReadyFlags, temp.vWeights);
+        m_nTotalLevels = BuildWeight({temp.vWorkFrames, burst.nExposureNum, burst.nReference}, ForWeights(), Aim(),
+                                     ForPyramids(), m_ReadyFlags, temp.vWeights);
         return m_nTotalLevels > 0;
     });
-    m_GhostFilter.m_bDumpAllowed = bDebugDumpEnable;
-    Tic();
-    const bool bGhostMap =
-        bGhostProcessEnable && m_GhostFilter.DetectGhost(temp.vWorkFrames, temp.vAlignMasks, burst.nExposureNum,
-                                                         burst.nReference, *this, m_GhostMap);
-    Toc("==== ==== DetectGhost Done");
-    if (bGhostMap) ProbeImage("ghost", m_GhostMap);
-    Tic();
-    Toc("==== ==== BuildWeight Done");  // a marker: the thread is joined behind it
+    FindGhosts(burst, temp);
+    // A marker, about 0 ms: it tells when the flow began to wait for the thread, not what the weights took.
+    TimedStage("==== ==== BuildWeight Done", [] {});
     if (!weightThread.Join()) return false;
-    return EmbedGhosts(burst, bGhostMap, temp);
+    ProbeImage("builtweights", temp.vWeights[0]);
+    return true;
+}
+
+void CMultiExposureHDRProcessFlowOpt::FindGhosts(const Burst& burst, FlowTemporaries& temp)
+{
+    temp.bGhosts = TimedStage("==== ==== DetectGhost Done", [&] {
+        return bGhostProcessEnable &&
+               m_GhostFilter.DetectGhost({temp.vWorkFrames, burst.nExposureNum, burst.nReference}, temp.vAlignMasks,
+                                         ForPyramids(), Dumps(), m_GhostMap);
+    });
+    if (temp.bGhosts) ProbeImage("ghost", m_GhostMap);
 }
 
 // The edge layer takes its weights behind the embedding and before the frames are re-linearised.
-bool CMultiExposureHDRProcessFlowOpt::EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp)
+bool CMultiExposureHDRProcessFlowOpt::EmbedGhosts(const Burst& burst, FlowTemporaries& temp)
 {
-    ProbeImage("builtweights", temp.vWeights[0]);
-    Tic();
-    if (bGhostMap) GiveGhostsTheirExposure(burst, temp);
-    bool bDone = temp.m_Level0Weights.CopyDimFrom(temp.vWeights[0]);
-    if (bDone && bGhostProcessEnable && bGhostRelinearizeEnable) {
-        ReLinearize(temp.vWorkFrames, temp.vWeights[0], nRatio, burst.nExposureNum, *this, bDebugDumpEnable);
-        m_nTotalLevels =
-            RebuildWeight(temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this, *this, temp.vWeights);
-        bDone = m_nTotalLevels > 0;
-    }
-    Toc("==== ==== GhostEmbeddingIntoWeight Done");
-    for (int i = 0; i < kMaxLevels; ++i) ProbeImage("coef", temp.vCoefs[i], i);
-    for (int i = 0; i < m_nTotalLevels; ++i) ProbeImage("weights", temp.vWeights[i], i);
+    const bool bDone = TimedStage("==== ==== GhostEmbeddingIntoWeight Done", [&] {
+        if (temp.bGhosts) GiveGhostsTheirExposure(burst, temp);
+        if (!temp.m_Level0Weights.CopyDimFrom(temp.vWeights[0])) return false;
+        return !bGhostProcessEnable || !bGhostRelinearizeEnable || MakeFramesAgree(burst, temp);
+    });
+    ProbeImages("coef", temp.vCoefs, kMaxLevels);
+    ProbeImages("weights", temp.vWeights, m_nTotalLevels);
     ProbeImage("edgeweights", temp.m_Level0Weights);
     return bDone;
 }
@@ -142,14 +128,38 @@ bool CMultiExposureHDRProcessFlowOpt::EmbedGhosts(const Burst& burst, bool bGhos
 // bursts, and so does a saturation mask that was switched off.
 void CMultiExposureHDRProcessFlowOpt::GiveGhostsTheirExposure(const Burst& burst, FlowTemporaries& temp)
 {
-    LimitDeghostLevels(m_nTotalLevels, *this, *this);
+    LimitDeghostLevels(m_nTotalLevels, ForEmbedding(), ForFusion());
     CShortImage choice{};
     const ImageScope scope(choice);
-    const GhostEmbedding embedding =
-        GhostEmbeddingIntoWeight(m_GhostMap, temp.vWorkFrames, burst.nExposureNum, burst.nReference, *this, *this,
-                                 *this, *this, bDebugDumpEnable, temp.vWeights, temp.vCoefs, &choice);
+    const GhostEmbedding embedding = GhostEmbeddingIntoWeight(
+        m_GhostMap, {temp.vWorkFrames, burst.nExposureNum, burst.nReference},
+        {ForEmbedding(), ForFusion(), ForPyramids(), Curve()}, Dumps(), temp.vWeights, temp.vCoefs, &choice);
     ProbeImage("ghostchoice", choice);
     if (embedding == GhostEmbedding::kWholePicture) bCheckSatuEnable = 0;
+}
+
+bool CMultiExposureHDRProcessFlowOpt::MakeFramesAgree(const Burst& burst, FlowTemporaries& temp)
+{
+    ReLinearize(temp.vWorkFrames, temp.vWeights[0], nRatio, burst.nExposureNum, Curve(), Dumps());
+    m_nTotalLevels = RebuildWeight({temp.vWorkFrames, burst.nExposureNum, burst.nReference}, ForWeights(), Aim(),
+                                   ForPyramids(), temp.vWeights);
+    return m_nTotalLevels > 0;
+}
+
+// Behind it only the reference is still of use, and that to the tone of a face alone.
+bool CMultiExposureHDRProcessFlowOpt::FuseExposures(const Burst& burst, FlowTemporaries& temp)
+{
+    const bool bFused = TimedStage("==== ==== PyramidFusion Done", [&] {
+        return PyramidFusion({temp.vWorkFrames, burst.nExposureNum, temp.vWeights, temp.vCoefs}, ForFusion(),
+                             ForPyramids(), Dumps(), temp.m_Fused);
+    });
+    ProbeImage("fused", temp.m_Fused);
+    for (CImage& frame : temp.vWorkFrames) {
+        const bool bToneReadsIt = ToneFollowsFace(temp) && &frame == &temp.vWorkFrames[burst.nReference];
+        if (!bToneReadsIt) frame.Release();
+    }
+    for (CImage& level : temp.vWeights) level.Release();
+    return bFused && !temp.m_Fused.Empty();
 }
 
 // A face of too wide a spread has left its mark: its tone is not followed, in this burst and those after it.
@@ -162,63 +172,47 @@ bool CMultiExposureHDRProcessFlowOpt::MapTone(const Burst& burst, FlowTemporarie
 {
     CImage& reference = temp.vWorkFrames[burst.nReference];  // as re-linearisation left it; empty without a face
     const bool bDone = ToneFollowsFace(temp) ? MapFaceTone(reference, temp)
-                                             : GlobalStretch(temp.m_Fused, temp.m_SatuMask, bCheckSatuEnable, *this,
-                                                             bDebugDumpEnable, *this, temp.m_Tone);
+                                             : GlobalStretch(temp.m_Fused, temp.m_SatuMask, bCheckSatuEnable, ForTone(),
+                                                             Dumps(), Levels(), temp.m_Tone);
     reference.Release();
     if (!bDone) return false;
     temp.m_Fused.Release();
     ProbeImage("stretched", temp.m_Tone);
     if (!(bAIMask && bHSVTone)) RaiseLocalContrast(temp.m_Tone);
     ProbeImage("tone", temp.m_Tone);
-    if (bDebugDumpEnable) SaveBmp(temp.m_Tone, "Dump/BeforeToYUV.bmp", true);
+    Dumps().Save(temp.m_Tone, "Dump/BeforeToYUV.bmp");
     return true;
 }
 
 // The fused face is measured against the black level of the burst before, and before the saturated base is clipped.
 bool CMultiExposureHDRProcessFlowOpt::MapFaceTone(const CImage& reference, FlowTemporaries& temp)
 {
-    const FaceStretchFlags flags = {bCheckSatuEnable, bAddHighFrequency, bDebugDumpEnable};
-    GetFusionFaceIntensity(temp.m_FaceBox, temp.m_Fused, m_nLowLevel, *this, {bHSVStretch, bDebugDumpEnable},
+    GetFusionFaceIntensity(temp.m_FaceBox, temp.m_Fused, m_nLowLevel, ForFaces(), {bHSVStretch, Dumps()},
                            m_bBrightDarkFace, temp.m_Face.fusion);
-    if (bHSVStretch) {
-        return HSVStretchTone(temp.m_FaceBox, temp.m_Fused, reference, temp.m_SatuMask, *this, *this, *this, flags,
-                              temp.m_Face, *this, temp.m_Tone);
-    }
-    if (!FaceToneStretch(temp.m_Fused, reference, temp.m_SatuMask, *this, *this, flags, temp.m_Face, *this,
-                         temp.m_Tone)) {
-        return false;
-    }
-    return !bHSVTone || CorrectFaceColour(reference, temp);
-}
-
-bool CMultiExposureHDRProcessFlowOpt::CorrectFaceColour(const CImage& reference, FlowTemporaries& temp)
-{
-    const auto Correct = bHSVToneFace ? HSVToneFace : HSVTone;
-    return Correct(temp.m_FaceBox, reference, *this, bDebugDumpEnable, temp.m_Tone);
-}
-
-void CMultiExposureHDRProcessFlowOpt::MarkFaces(const Burst& burst, FlowTemporaries& temp)
-{
-    DrawFaceBoxes(temp.m_Tone, temp.m_FaceBox, burst.faces.pFaces, burst.faces.nCount, burst.nFaceSource,
-                  bDebugDumpEnable);
+    const FusedFace face{temp.m_FaceBox, temp.m_Fused, reference, temp.m_SatuMask};
+    const FaceStretch stretch{ForTone(), ForFaces(), ForFaceTone(), bCheckSatuEnable, bAddHighFrequency, Dumps()};
+    if (bHSVStretch) return HSVStretchTone(face, stretch, temp.m_Face, Levels(), temp.m_Tone);
+    if (!FaceToneStretch(face, stretch, temp.m_Face, Levels(), temp.m_Tone)) return false;
+    const auto CorrectColour = bHSVToneFace ? HSVToneFace : HSVTone;
+    return !bHSVTone || CorrectColour(temp.m_FaceBox, reference, ForFaceTone(), Dumps(), temp.m_Tone);
 }
 
 bool CMultiExposureHDRProcessFlowOpt::UpscaleTone(FlowTemporaries& temp)
 {
-    Tic();
-    BGRToYCbCr(temp.m_Tone, bUVOrder ? 1 : 0);
-    Toc("==== ==== BGR2YCbCr");
-    return SplitAndUpscale(temp.m_Tone, *this, temp.m_Upscaled);
+    TimedStage("==== ==== BGR2YCbCr", [&] { BGRToYCbCr(temp.m_Tone, bUVOrder ? 1 : 0); });
+    return SplitAndUpscale(temp.m_Tone, ForPyramids(), temp.m_Upscaled);
 }
 
-bool CMultiExposureHDRProcessFlowOpt::RestoreEdges(FlowTemporaries& temp, CYuvImage& output)
+bool CMultiExposureHDRProcessFlowOpt::RestoreEdges(StageThread& edgeThread, FlowTemporaries& temp, CYuvImage& output)
 {
+    GoalTimer timer("==== ==== UpScaleImage AddEdge Done");
+    if (!edgeThread.Join()) return false;
     if (temp.m_Upscaled.nWidth != temp.m_EdgeLayer.nWidth || temp.m_Upscaled.nHeight != temp.m_EdgeLayer.nHeight) {
         return false;
     }
     AddEdge(temp.m_Upscaled, temp.m_EdgeLayer, temp.m_Upscaled);
     output.Swap(temp.m_Upscaled);
-    Toc("==== ==== UpScaleImage AddEdge Done");
+    timer.Reached();
     ProbeImage("edge", temp.m_EdgeLayer);
     return true;
 }

@@ -7,6 +7,7 @@
 #include "foundation/filter.h"
 #include "foundation/image.h"
 #include "foundation/ready_flags.h"
+#include "foundation/stage_dumps.h"
 #include "fusion/fusion_params.h"
 #include "ghosts/ghost_embed_params.h"
 #include "ghosts/ghost_process_filter.h"
@@ -20,12 +21,7 @@
 namespace vkr {
 
 struct FlowTemporaries;
-
-// The faces that the host passed with a burst, in frame pixels.
-struct HostFaces {
-    const FaceBox* pFaces = nullptr;
-    int nCount = 0;
-};
+class StageThread;
 
 // Parameters and members of the engine. The records of parameters are bases, so that the one table of
 // RegisterParameters reaches them all and a stage takes just its own.
@@ -81,28 +77,44 @@ private:
         int nOrientation, nFaceSource;
     };
 
-    void DumpExposures(const Burst& burst);
     bool AlignBurst(const Burst& burst, FlowTemporaries& temp);
     void DropFrames(Burst& burst, FlowTemporaries& temp);
     void DropEnd(const Burst& burst, FlowTemporaries& temp, int nFirst, int nEnd);
     void RaiseLocalContrast(CImage& picture);
     bool FinishReferenceOnly(const CYuvImage& frame, CYuvImage& output);
 
+    // The stages, each from what those before it left in temp.
     bool FuseBurst(const Burst& burst, FlowTemporaries& temp, CYuvImage& output);
     bool MakeWorkingFrames(const Burst& burst, FlowTemporaries& temp);
     bool MarkSaturation(FlowTemporaries& temp);
     void FindFace(const Burst& burst, FlowTemporaries& temp);
     void AimAtFace(const Burst& burst, FlowTemporaries& temp);
     bool WeighExposures(const Burst& burst, FlowTemporaries& temp);
-    bool EmbedGhosts(const Burst& burst, bool bGhostMap, FlowTemporaries& temp);
+    void FindGhosts(const Burst& burst, FlowTemporaries& temp);
+    bool EmbedGhosts(const Burst& burst, FlowTemporaries& temp);
     void GiveGhostsTheirExposure(const Burst& burst, FlowTemporaries& temp);
+    bool MakeFramesAgree(const Burst& burst, FlowTemporaries& temp);
+    bool FuseExposures(const Burst& burst, FlowTemporaries& temp);
     bool ToneFollowsFace(const FlowTemporaries& temp) const;
     bool MapTone(const Burst& burst, FlowTemporaries& temp);
     bool MapFaceTone(const CImage& reference, FlowTemporaries& temp);
-    bool CorrectFaceColour(const CImage& reference, FlowTemporaries& temp);
-    void MarkFaces(const Burst& burst, FlowTemporaries& temp);
     bool UpscaleTone(FlowTemporaries& temp);
-    bool RestoreEdges(FlowTemporaries& temp, CYuvImage& output);
+    bool RestoreEdges(StageThread& edgeThread, FlowTemporaries& temp, CYuvImage& output);
+
+    StageDumps Dumps() const { return {bDebugDumpEnable, bUVOrder}; }
+
+    // The engine by the part that a stage is given.
+    const PyramidParams& ForPyramids() const { return *this; }
+    const WeightParams& ForWeights() const { return *this; }
+    const FaceAim& Aim() const { return *this; }
+    const FaceParams& ForFaces() const { return *this; }
+    GhostEmbedParams& ForEmbedding() { return *this; }
+    const DisplayCurve& Curve() const { return *this; }
+    FusionParams& ForFusion() { return *this; }
+    const ToneParams& ForTone() const { return *this; }
+    const FaceToneParams& ForFaceTone() const { return *this; }
+    StretchLevels& Levels() { return *this; }
+    ValidRange& Valid() { return *this; }
 
     ReadyFlags m_ReadyFlags;
 };

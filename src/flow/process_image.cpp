@@ -3,7 +3,6 @@
 #include "flow/debug_picture.h"
 #include "flow/flow_temporaries.h"
 #include "flow/multi_exposure_flow.h"
-#include "foundation/bmp.h"
 #include "foundation/colour.h"
 #include "foundation/log.h"
 #include "foundation/stage_probe.h"
@@ -22,11 +21,12 @@ bool FrameToBgr(const CYuvImage& frame, int bUVOrder, CImage& bgr)
     return true;
 }
 
-void DumpFrame(const CYuvImage& frame, int bUVOrder, const char* pPath)
+// The reference and its two neighbours, as far as the burst has them.
+void DumpExposures(const StageDumps& dumps, const CYuvImage* vFrames, int nExposureNum, int nReference)
 {
-    CImage bgr{};
-    ImageScope scope(bgr);
-    if (FrameToBgr(frame, bUVOrder, bgr)) SaveBmp(bgr, pPath, true);
+    dumps.Save(vFrames[nReference], "result/EV0.bmp");
+    if (nReference > 0) dumps.Save(vFrames[nReference - 1], "result/EV-.bmp");
+    if (nReference + 1 < nExposureNum) dumps.Save(vFrames[nReference + 1], "result/EV+.bmp");
 }
 
 }  // namespace
@@ -36,43 +36,32 @@ bool CMultiExposureHDRProcessFlowOpt::ProcessImage(int nExposureNum, int nRefere
 {
     Burst burst{m_YuvFrames, nExposureNum, nReference, faces, nOrientation, nFaceSource};
     FlowTemporaries temp;
-    Tic();  // closed at the end of a fused burst only
-    if (bDebugDumpEnable) DumpExposures(burst);
+    GoalTimer timer("====@@@@@ HDR  Process Done");  // of a fused burst only
+    DumpExposures(Dumps(), burst.vFrames, nExposureNum, nReference);
     const bool bAligned = AlignBurst(burst, temp);
     if (!bAligned || m_nFirstValid + 1 == m_nLastValid) {
         return FinishReferenceOnly(burst.vFrames[burst.nReference], output);
     }
     DropFrames(burst, temp);
     if (!FuseBurst(burst, temp, output)) return false;
-    if (bDebugDumpEnable) DumpFrame(output, bUVOrder, "result/Result.bmp");
+    Dumps().Save(output, "result/Result.bmp");
     if (bDebugDumpEnable && nFaceSource > 0) SaveDebugPicture(output, temp.m_FaceBox);
-    Toc("====@@@@@ HDR  Process Done");
+    timer.Reached();
     return true;
-}
-
-// The reference and its two neighbours, as far as the burst has them.
-void CMultiExposureHDRProcessFlowOpt::DumpExposures(const Burst& burst)
-{
-    const int r = burst.nReference;
-    DumpFrame(burst.vFrames[r], bUVOrder, "result/EV0.bmp");
-    if (r > 0) DumpFrame(burst.vFrames[r - 1], bUVOrder, "result/EV-.bmp");
-    if (r + 1 < burst.nExposureNum) DumpFrame(burst.vFrames[r + 1], bUVOrder, "result/EV+.bmp");
 }
 
 bool CMultiExposureHDRProcessFlowOpt::AlignBurst(const Burst& burst, FlowTemporaries& temp)
 {
     m_nFirstValid = 0;
     m_nLastValid = burst.nExposureNum;
-    Tic();
-    const bool bDone = nGlobalAlignEnable
-                           ? m_AlignFilter.AlignImages(burst.vFrames, burst.nExposureNum, burst.nReference,
-                                                       temp.vAlignMasks, *this, {bDebugDumpEnable, bUVOrder})
-                           : FillAlignMasks(burst.vFrames, burst.nExposureNum, burst.nReference, temp.vAlignMasks);
-    Toc("==== ==== AlignImages Done");
-    for (int k = 0; k < burst.nExposureNum; ++k) {
-        ProbeImage("aligned", burst.vFrames[k], k);
-        ProbeImage("mask", temp.vAlignMasks[k], k);
-    }
+    const bool bDone = TimedStage("==== ==== AlignImages Done", [&] {
+        return nGlobalAlignEnable
+                   ? m_AlignFilter.AlignImages(burst.vFrames, burst.nExposureNum, burst.nReference, temp.vAlignMasks,
+                                               Valid(), Dumps())
+                   : FillAlignMasks(burst.vFrames, burst.nExposureNum, burst.nReference, temp.vAlignMasks);
+    });
+    ProbeImages("aligned", burst.vFrames, burst.nExposureNum);
+    ProbeImages("mask", temp.vAlignMasks, burst.nExposureNum);
     return bDone;
 }
 
@@ -110,8 +99,7 @@ void CMultiExposureHDRProcessFlowOpt::DropEnd(const Burst& burst, FlowTemporarie
 void CMultiExposureHDRProcessFlowOpt::RaiseLocalContrast(CImage& picture)
 {
     if (!bContrastEnable) return;
-    m_LocalCurve.m_bDumpAllowed = bDebugDumpEnable;
-    if (!m_LocalCurve.ProcessImage(picture)) HdrPrintf("no memory for the local curves, the picture stays as it was\n");
+    if (!m_LocalCurve.ProcessImage(picture, Dumps())) HdrPrintf("no memory for the local curves, the picture stays as it was\n");
 }
 
 // A burst that can not be fused: the reference at full size with the local curve on it.

@@ -28,11 +28,6 @@ void SetStageProbe(const StageProbe* pProbe)
     g_pProbe = pProbe;
 }
 
-void ProbePair(const AlignedPair& pair)
-{
-    if (g_pProbe != nullptr && g_pProbe->pOnPair != nullptr) g_pProbe->pOnPair(g_pProbe->pUser, pair);
-}
-
 void ProbeImage(const char* pName, const CImage& image, int nIndex)
 {
     if (g_pProbe != nullptr) Show(g_pProbe->pOnImage, pName, image, nIndex);

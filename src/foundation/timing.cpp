@@ -3,6 +3,7 @@
 #include <sys/time.h>
 
 #include <cstdlib>
+#include <exception>
 #include <mutex>
 
 #include "foundation/log.h"
@@ -27,7 +28,6 @@ public:
     TimerStack(const TimerStack&) = delete;
     TimerStack& operator=(const TimerStack&) = delete;
 
-    size_t Depth() const { return m_nDepth; }
     void Push(int64_t nTime)
     {
         if (m_nDepth == m_nPlaces) Resize(m_nPlaces + kBlock);
@@ -39,14 +39,10 @@ public:
     {
         if (m_nDepth == 0) return 0;
         const int64_t nElapsed = m_nDepth <= m_nPlaces ? nNow - m_pTimes[m_nDepth - 1] : 0;
-        CutTo(m_nDepth - 1);
-        return nElapsed;
-    }
-    void CutTo(size_t nDepth)
-    {
-        if (nDepth < m_nDepth) m_nDepth = nDepth;
+        --m_nDepth;
         while (m_nPlaces > m_nDepth + kSpare && Resize(m_nPlaces - kBlock)) {
         }
+        return nElapsed;
     }
 
 private:
@@ -67,6 +63,13 @@ private:
 
 TimerStack g_Timers;
 std::mutex g_TimerMutex;
+
+void CloseSilently()
+{
+    if (g_bProfileEnable == 0) return;
+    const std::lock_guard<std::mutex> lock(g_TimerMutex);
+    g_Timers.PopElapsed(0);
+}
 
 }  // namespace
 
@@ -90,16 +93,34 @@ void Toc(const char* pText)
     HdrLog("%-56s %6d ms", pShown, nElapsed);
 }
 
-TicScope::TicScope()
+StageTimer::StageTimer(const char* pText) : m_pText(pText), m_nExceptions(std::uncaught_exceptions())
 {
-    const std::lock_guard<std::mutex> lock(g_TimerMutex);
-    m_nDepth = g_Timers.Depth();
+    Tic();
 }
 
-TicScope::~TicScope()
+StageTimer::~StageTimer()
 {
-    const std::lock_guard<std::mutex> lock(g_TimerMutex);
-    g_Timers.CutTo(m_nDepth);
+    if (std::uncaught_exceptions() == m_nExceptions) {
+        Toc(m_pText);
+    } else {
+        CloseSilently();
+    }
+}
+
+GoalTimer::GoalTimer(const char* pText) : m_pText(pText)
+{
+    Tic();
+}
+
+GoalTimer::~GoalTimer()
+{
+    if (m_pText != nullptr) CloseSilently();
+}
+
+void GoalTimer::Reached()
+{
+    Toc(m_pText);
+    m_pText = nullptr;
 }
 
 int64_t NowMs()

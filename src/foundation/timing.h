@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 namespace vkr {
@@ -11,17 +10,40 @@ namespace vkr {
 void Tic();
 void Toc(const char* pText);
 
-// Closes, without a line, what was opened inside its scope and not closed: a burst that ends early leaves no entries.
-class TicScope {
+// A timed stage: Tic where it stands, Toc at the end of its scope, whichever way out. An exception takes the line away.
+class StageTimer {
 public:
-    TicScope();
-    ~TicScope();
-    TicScope(const TicScope&) = delete;
-    TicScope& operator=(const TicScope&) = delete;
+    explicit StageTimer(const char* pText);
+    ~StageTimer();
+    StageTimer(const StageTimer&) = delete;
+    StageTimer& operator=(const StageTimer&) = delete;
 
 private:
-    size_t m_nDepth;
+    const char* m_pText;
+    int m_nExceptions;  // under way when it began
 };
+
+// A timed stage whose line tells that it got there: Reached is its Toc. A scope left before that has no line.
+class GoalTimer {
+public:
+    explicit GoalTimer(const char* pText);
+    ~GoalTimer();
+    GoalTimer(const GoalTimer&) = delete;
+    GoalTimer& operator=(const GoalTimer&) = delete;
+
+    void Reached();  // once
+
+private:
+    const char* m_pText;  // null when reached
+};
+
+// Runs fn, a timed stage, and returns what it returns. The line comes whatever that is.
+template <class Fn>
+auto TimedStage(const char* pText, const Fn& fn)
+{
+    const StageTimer timer(pText);
+    return fn();
+}
 
 // Milliseconds. The seconds wrap at 32 bits, so only differences mean anything.
 int64_t NowMs();

@@ -220,13 +220,13 @@ void LogFusedLevel(int nLevel, const CShortImage& image)
 
 // Coarsest first: the fused picture is doubled and takes the detail of the next finer level, down to level 1; of level
 // 0 both go into the result unadded.
-bool Collapse(FusionLevels& levels, int nTop, const PyramidParams& pyramid, int bDump, CShortImage& fused)
+bool Collapse(FusionLevels& levels, int nTop, const PyramidParams& pyramid, const StageDumps& dumps, CShortImage& fused)
 {
     for (int i = nTop - 1; i >= 0; --i) {
         CShortImage& detail = levels.m_vDetail[i];
         if (!DoubleFused(levels, detail, pyramid)) return false;
         if (i == 0) {
-            if (bDump == 1) DumpFinestLevel(levels.m_FusedUp, detail);
+            if (dumps) DumpFinestLevel(levels.m_FusedUp, detail);
             if (!Merge6Channel(levels.m_FusedUp, detail, fused)) return false;
             LogFusedLevel(i, fused);
             break;
@@ -234,36 +234,34 @@ bool Collapse(FusionLevels& levels, int nTop, const PyramidParams& pyramid, int 
         if (!AddFusedDetail(levels, detail)) return false;
         detail.Release();
         LogFusedLevel(i, levels.m_Fused);
-        if (bDump == 1) DumpFused(levels.m_Fused, i);
-        if (bDump == 1) DumpFusedUp(levels.m_FusedUp, i);
+        if (dumps) DumpFused(levels.m_Fused, i);
+        if (dumps) DumpFusedUp(levels.m_FusedUp, i);
     }
     return true;
 }
 
 }  // namespace
 
-bool PyramidFusion(const CImage* vFrames, const CImage* vWeights, const CShortImage* vCoefs, int nExposureNum,
-                   const FusionParams& params, const PyramidParams& pyramid, int bDump, CShortImage& fused)
+bool PyramidFusion(const WeighedBurst& burst, const FusionParams& params, const PyramidParams& pyramid,
+                   const StageDumps& dumps, CShortImage& fused)
 {
     FusionLevels levels;  // owns every level; gives the buffers back to the pool on every way out
-    Tic();
-    const bool bTaken = levels.TakeFrames(vFrames, nExposureNum);
-    Toc("==== ==== ==== PyramidFusion copy Done");
+    const bool bTaken = TimedStage("==== ==== ==== PyramidFusion copy Done",
+                                   [&] { return levels.TakeFrames(burst.vFrames, burst.nExposureNum); });
     if (!bTaken) return false;
-
-    Tic();
-    const int nTop = FuseDetailLevels(levels, vWeights, vCoefs, params, pyramid);
-    Toc("==== ==== ==== level 16 Done");
+    const int nTop = TimedStage("==== ==== ==== level 16 Done", [&] {
+        return FuseDetailLevels(levels, burst.vWeights, burst.vCoefs, params, pyramid);
+    });
     if (nTop < 0) return false;
     HdrPrintf("PyramidLevel=%d\n", nTop + 1);
 
-    Tic();
-    if (!FuseTopLevel(levels, vWeights[nTop])) return false;
+    GoalTimer timer("==== ==== ==== Fusion and Merge6Channel Done");  // the goal is the top level
+    if (!FuseTopLevel(levels, burst.vWeights[nTop])) return false;
     levels.DropExposures();
     LogFusedLevel(nTop, levels.m_Fused);
-    if (bDump == 1) DumpFused(levels.m_Fused, nTop);
-    const bool bDone = Collapse(levels, nTop, pyramid, bDump, fused);
-    Toc("==== ==== ==== Fusion and Merge6Channel Done");
+    if (dumps) DumpFused(levels.m_Fused, nTop);
+    const bool bDone = Collapse(levels, nTop, pyramid, dumps, fused);
+    timer.Reached();
     return bDone;
 }
 

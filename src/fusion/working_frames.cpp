@@ -50,11 +50,10 @@ bool MakeWorkingFrame(const CYuvImage& frame, const CImage& halved, int bUVOrder
 bool MakeAndAnnounce(const CYuvImage& frame, const CImage& halved, int bUVOrder, int nIndex, ReadyFlags& flags,
                      CImage& work)
 {
-    Tic();
+    const StageTimer timer("==== ==== ==== YCbCr2BGR Done");
     const bool bDone = MakeWorkingFrame(frame, halved, bUVOrder, work);
     flags.SetReady(nIndex);
     HdrPrintf("==================index %d=====================\n", nIndex);
-    Toc("==== ==== ==== YCbCr2BGR Done");
     return bDone;
 }
 

@@ -26,7 +26,8 @@ void AddPixel(RegionStats& stats, int k, int nWeight, bool bSaturated, bool bEdg
     stats.vEdgeSaturated[k] += bSaturated ? 1 : 0;
 }
 
-// Mean weight of the region, its edge taking part as told; 0 for an area or an edge of no pixels.
+// Mean weight of the region, Q7. The edge takes part with nEdgeShare sixteenths: a region that is to join its
+// surroundings should choose by what it touches as well. 0 for an area or an edge of no pixels.
 int64_t MeanWeight(const RegionStats& stats, int k, int nEdgeShare)
 {
     const int64_t nMean = DivOrZero64(stats.vWeightSum[k], stats.nArea);

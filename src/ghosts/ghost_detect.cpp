@@ -95,12 +95,13 @@ bool BuildPyramids(GhostBurst& burst, const CGhostProcessFilter& params, const P
 }
 
 // A pair that fails leaves its ghost as far as it got.
-void DetectPairs(GhostBurst& burst, const CGhostProcessFilter& params, const PyramidParams& pyramid, bool bDump)
+void DetectPairs(GhostBurst& burst, const CGhostProcessFilter& params, const PyramidParams& pyramid,
+                 const StageDumps& dumps)
 {
     ParallelItems(burst.nExposureNum - 1, [&](int k) {
         const GhostPair pair{burst.vPlain[k], burst.vPlain[k + 1], burst.vMatched[k]};
         CImage& ghost = burst.vGhosts[k < burst.nReference ? k : k + 1];
-        DetectGhostPair(pair, params, pyramid, GhostDumps(bDump, k), ghost);
+        DetectGhostPair(pair, params, pyramid, GhostDumps(dumps, k), ghost);
     });
 }
 
@@ -117,28 +118,24 @@ CImage& MergeGhosts(GhostBurst& burst)
 }
 
 bool Detect(GhostBurst& burst, const CImage* vFrames, const CImage& mask, const CGhostProcessFilter& params,
-            const PyramidParams& pyramid, bool bDump, CImage& ghostMap)
+            const PyramidParams& pyramid, const StageDumps& dumps, CImage& ghostMap)
 {
     if (!HalveFrames(burst, vFrames, mask, pyramid)) return false;
-    Tic();
-    MeasureShares(burst);
-    Toc("==== ==== === BuildMaskHist_Integral Done");
+    TimedStage("==== ==== === BuildMaskHist_Integral Done", [&] { MeasureShares(burst); });
     if (!ClearReferenceGhost(burst) || !BuildPyramids(burst, params, pyramid)) return false;
-    DetectPairs(burst, params, pyramid, bDump);
+    DetectPairs(burst, params, pyramid, dumps);
     const CImage& merged = MergeGhosts(burst);
     const bool bDone = DoubleImage(merged, ghostMap, pyramid.bPyramidFilter, pyramid.bUpScaleImageDither);
-    for (int k = 0; bDump && k < burst.nExposureNum; ++k) {
-        GhostDumps(true, k).Save(burst.vGhosts[k], "GhostDump/Ghost_%d.bmp", k);
-    }
+    for (int k = 0; k < burst.nExposureNum; ++k) dumps.If(bDone).Save(burst.vGhosts[k], "GhostDump/Ghost_%d.bmp", k);
     return bDone;
 }
 
 }  // namespace
 
-bool CGhostProcessFilter::DetectGhost(const CImage* vWorkFrames, const CImage* vAlignMasks, int nExposureNum,
-                                      int nReference, const PyramidParams& pyramid, CImage& ghostMap)
+bool CGhostProcessFilter::DetectGhost(const WorkBurst& work, const CImage* vAlignMasks, const PyramidParams& pyramid,
+                                      const StageDumps& dumps, CImage& ghostMap)
 {
-    if (!IsBurst(vWorkFrames, nExposureNum, nReference)) return false;
+    if (!IsBurst(work.vFrames, work.nExposureNum, work.nReference)) return false;
     bDiffSelect = 2;
     if (nGhostPyramidStartLevel < nMinGhostLevel) {
         HdrLog("nGhostPyramidStartLevel=%d is finer than nMinGhostLevel=%d%s", nGhostPyramidStartLevel, nMinGhostLevel,
@@ -146,10 +143,10 @@ bool CGhostProcessFilter::DetectGhost(const CImage* vWorkFrames, const CImage* v
     }
     HdrPrintf("Ghost Detection Start\n!!!");
     GhostBurst burst;
-    burst.nExposureNum = nExposureNum;
-    burst.nReference = nReference;
-    const bool bDone =
-        Detect(burst, vWorkFrames, vAlignMasks[nReference], *this, pyramid, bDumpDebug && m_bDumpAllowed, ghostMap);
+    burst.nExposureNum = work.nExposureNum;
+    burst.nReference = work.nReference;
+    const CImage& mask = vAlignMasks[work.nReference];
+    const bool bDone = Detect(burst, work.vFrames, mask, *this, pyramid, dumps.If(bDumpDebug), ghostMap);
     HdrPrintf("Ghost Detection Done\n!!!");
     return bDone;
 }

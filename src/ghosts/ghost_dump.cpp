@@ -3,7 +3,6 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "foundation/bmp.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
@@ -14,15 +13,6 @@ namespace {
 
 constexpr int kPathLength = 128;
 
-void SavePicture(const CImage& image, const char* pPath)
-{
-    if (image.nDim == 1) {
-        SaveBmpGray(image, pPath);
-    } else {
-        SaveBmp(image, pPath, true);
-    }
-}
-
 bool EdgesToPicture(const CShortImage& edges, CImage& picture)
 {
     if (edges.Empty() || !picture.AllocateDim(edges.nWidth, edges.nHeight, edges.nDim)) return false;
@@ -32,25 +22,25 @@ bool EdgesToPicture(const CShortImage& edges, CImage& picture)
 
 }  // namespace
 
-GhostDumps::GhostDumps(bool bEnable, int nPair) : m_bEnable(bEnable)
+GhostDumps::GhostDumps(const StageDumps& dumps, int nPair) : m_dumps(dumps)
 {
     HdrSprintf(m_szTag, sizeof(m_szTag), "_Exp%d", nPair);
 }
 
 void GhostDumps::Save(const CImage& image, const char* pFormat, ...) const
 {
-    if (!m_bEnable) return;
+    if (!m_dumps) return;
     char szPath[kPathLength];
     va_list args;
     va_start(args, pFormat);
     std::vsnprintf(szPath, sizeof(szPath), pFormat, args);
     va_end(args);
-    SavePicture(image, szPath);
+    m_dumps.Save(image, "%s", szPath);
 }
 
 void GhostDumps::SaveEdges(const CShortImage& edges, const char* pFormat, ...) const
 {
-    if (!m_bEnable) return;
+    if (!m_dumps) return;
     char szPath[kPathLength];
     va_list args;
     va_start(args, pFormat);
@@ -58,7 +48,7 @@ void GhostDumps::SaveEdges(const CShortImage& edges, const char* pFormat, ...) c
     va_end(args);
     CImage picture{};
     ImageScope scope(picture);
-    if (EdgesToPicture(edges, picture)) SavePicture(picture, szPath);
+    if (EdgesToPicture(edges, picture)) m_dumps.Save(picture, "%s", szPath);
 }
 
 }  // namespace vkr

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 
 namespace vkr {
 
@@ -9,7 +10,7 @@ namespace vkr {
 // is reported.
 class GhostDumps {
 public:
-    GhostDumps(bool bEnable, int nPair);
+    GhostDumps(const StageDumps& dumps, int nPair);
 
     const char* Tag() const { return m_szTag; }  // "_Exp0"
 
@@ -20,7 +21,7 @@ public:
     void SaveEdges(const CShortImage& edges, const char* pFormat, ...) const __attribute__((format(printf, 3, 4)));
 
 private:
-    bool m_bEnable;
+    StageDumps m_dumps;
     char m_szTag[16];
 };
 

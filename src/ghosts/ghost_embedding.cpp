@@ -48,12 +48,13 @@ struct StartLevel {
     CShortImage shares = {};  // of the exposures at each pixel, from the regions that chose them
 };
 
-bool IsBurst(const CImage* vFrames, int nExposureNum, int nReference)
+bool IsBurst(const WorkBurst& burst)
 {
-    if (nExposureNum < 1 || nExposureNum > kMaxExposures || nReference < 0 || nReference >= nExposureNum) return false;
-    return std::all_of(vFrames, vFrames + nExposureNum, [&](const CImage& frame) {
-        return !frame.Empty() && frame.nDim == 3 && frame.nWidth == vFrames[0].nWidth &&
-               frame.nHeight == vFrames[0].nHeight;
+    if (burst.nExposureNum < 1 || burst.nExposureNum > kMaxExposures) return false;
+    if (burst.nReference < 0 || burst.nReference >= burst.nExposureNum) return false;
+    return std::all_of(burst.vFrames, burst.vFrames + burst.nExposureNum, [&](const CImage& frame) {
+        return !frame.Empty() && frame.nDim == 3 && frame.nWidth == burst.vFrames[0].nWidth &&
+               frame.nHeight == burst.vFrames[0].nHeight;
     });
 }
 
@@ -66,24 +67,23 @@ bool LevelsFit(const CImage* vWeights, int nExposureNum, int nMin, int nStart, i
 
 // False as well where the halved frames do not have the size of the weights.
 bool ReduceToStart(const CImage& ghostMap, const CImage* vFrames, const CImage& weights, int nLevel,
-                   const PyramidParams& pyramid, int bDump, StartLevel& start)
+                   const PyramidParams& pyramid, StartLevel& start)
 {
     for (int k = 0; k < start.nExposureNum; ++k) {
         CImage& frame = start.vFrames[k];
         if (!HalveTimes(vFrames[k], nLevel, pyramid.bPyramidFilter, pyramid.bDownScaleImageDither, frame)) return false;
         if (frame.nWidth != weights.nWidth || frame.nHeight != weights.nHeight) return false;
-        if (bDump) DumpStartFrame(frame, k);
     }
     return !ghostMap.Empty() && ghostMap.nDim == 1 &&
            HalveTimes(ghostMap, nLevel, pyramid.bPyramidFilter, pyramid.bDownScaleOtherDither, start.ghost) &&
            CropTo(start.ghost, weights.nWidth, weights.nHeight);
 }
 
-bool LabelGhosts(const GhostEmbedParams& params, int bDump, StartLevel& start)
+bool LabelGhosts(const GhostEmbedParams& params, const StageDumps& dumps, StartLevel& start)
 {
     if (!start.regions.Label(start.ghost, start.labels, start.edges, params.nGhostBinaryThresh)) return false;
-    if (bDump) DumpLabels(start.labels, start.regions.nTotalRegionNum - 1, "Segment_Init");
-    if (bDump) DumpLabels(start.edges, start.regions.nTotalRegionNum - 1, "Edge_Init");
+    if (dumps) DumpLabels(start.labels, start.regions.nTotalRegionNum - 1, "Segment_Init");
+    if (dumps) DumpLabels(start.edges, start.regions.nTotalRegionNum - 1, "Edge_Init");
     HdrPrintf("GhostArea=%d pixels, Th=%d\n", start.regions.nTotalArea, start.Share(params.nGhostLimitPerTh));
     return true;
 }
@@ -120,7 +120,7 @@ bool ChooseExposures(const CImage& weights, const GhostEmbedParams& params, Star
     return true;
 }
 
-bool ShareStart(GhostEmbedding task, const CImage& weights, const GhostEmbedParams& params, int bDump,
+bool ShareStart(GhostEmbedding task, const CImage& weights, const GhostEmbedParams& params, const StageDumps& dumps,
                 StartLevel& start)
 {
     if (task == GhostEmbedding::kWholePicture) {
@@ -130,7 +130,7 @@ bool ShareStart(GhostEmbedding task, const CImage& weights, const GhostEmbedPara
     if (!ChooseExposures(weights, params, start, chosen)) return false;
     const bool bSoft = params.bUseDilatedGhost != 0;
     return ShareRegions(start.labels, chosen.Data(), static_cast<int>(chosen.Count()), start.nExposureNum,
-                        bSoft ? params.nGhostSmoothIter : 0, bSoft && bDump, start.shares);
+                        bSoft ? params.nGhostSmoothIter : 0, dumps.If(bSoft), start.shares);
 }
 
 // New weights of one pixel, in place. Where the shares sum to less than 1.0 the old weights have the rest.
@@ -195,34 +195,35 @@ void LimitDeghostLevels(int nTotalLevels, GhostEmbedParams& params, EdgeCompensa
     params.nStartDeghostLevel = Clamp(params.nStartDeghostLevel, fusion.nMinDeghostLevel, fusion.nMaxDeghostLevel);
 }
 
-GhostEmbedding GhostEmbeddingIntoWeight(const CImage& ghostMap, const CImage* vFrames, int nExposureNum, int nReference,
-                                        const GhostEmbedParams& params, const EdgeCompensateParams& fusion,
-                                        const PyramidParams& pyramid, const DisplayCurve& curve, int bDump,
-                                        CImage* vWeights, CShortImage* vCoefs, CShortImage* pShares)
+GhostEmbedding GhostEmbeddingIntoWeight(const CImage& ghostMap, const WorkBurst& burst, const EmbedRules& rules,
+                                        const StageDumps& dumps, CImage* vWeights, CShortImage* vCoefs,
+                                        CShortImage* pShares)
 {
-    const int nMin = fusion.nMinDeghostLevel, nStart = params.nStartDeghostLevel, nMax = fusion.nMaxDeghostLevel;
-    if (!IsBurst(vFrames, nExposureNum, nReference) || !LevelsFit(vWeights, nExposureNum, nMin, nStart, nMax)) {
-        return GhostEmbedding::kFailed;
-    }
+    const GhostEmbedParams& params = rules.embed;
+    const int nMin = rules.edges.nMinDeghostLevel, nMax = rules.edges.nMaxDeghostLevel;
+    const int nStart = params.nStartDeghostLevel;
+    if (!IsBurst(burst) || !LevelsFit(vWeights, burst.nExposureNum, nMin, nStart, nMax)) return GhostEmbedding::kFailed;
     CImage& weights = vWeights[nStart];
     StartLevel start;
-    start.nExposureNum = nExposureNum;
-    start.nReference = nReference;
-    if (!ReduceToStart(ghostMap, vFrames, weights, nStart, pyramid, bDump, start)) return GhostEmbedding::kFailed;
-    if (!LabelGhosts(params, bDump, start)) return GhostEmbedding::kFailed;
+    start.nExposureNum = burst.nExposureNum;
+    start.nReference = burst.nReference;
+    if (!ReduceToStart(ghostMap, burst.vFrames, weights, nStart, rules.pyramid, start)) return GhostEmbedding::kFailed;
+    for (int k = 0; dumps && k < start.nExposureNum; ++k) DumpStartFrame(start.vFrames[k], k);
+    if (!LabelGhosts(params, dumps, start)) return GhostEmbedding::kFailed;
     const GhostEmbedding task = JudgeGhosts(start, params);
     if (task == GhostEmbedding::kNone) return task;
 
-    CShortImage* pCoefs = fusion.bEdgeCompensateEnable ? vCoefs + nStart : nullptr;
-    if (!ShareStart(task, weights, params, bDump, start) || !RewriteStart(start, params, curve, weights, pCoefs)) {
+    CShortImage* pCoefs = rules.edges.bEdgeCompensateEnable ? vCoefs + nStart : nullptr;
+    if (!ShareStart(task, weights, params, dumps, start) ||
+        !RewriteStart(start, params, rules.curve, weights, pCoefs)) {
         return GhostEmbedding::kFailed;
     }
     if (pShares != nullptr) pShares->Swap(start.shares);
-    if (pCoefs != nullptr && !CarryToLevels(vCoefs, vWeights, nMin, nStart, nMax, pyramid)) {
+    if (pCoefs != nullptr && !CarryToLevels(vCoefs, vWeights, nMin, nStart, nMax, rules.pyramid)) {
         return GhostEmbedding::kFailed;
     }
-    if (bDump) DumpEdgeCoefs(vCoefs, nMin, nMax);
-    return CarryToLevels(vWeights, vWeights, nMin, nStart, nMax, pyramid) ? task : GhostEmbedding::kFailed;
+    if (dumps) DumpEdgeCoefs(vCoefs, nMin, nMax);
+    return CarryToLevels(vWeights, vWeights, nMin, nStart, nMax, rules.pyramid) ? task : GhostEmbedding::kFailed;
 }
 
 }  // namespace vkr

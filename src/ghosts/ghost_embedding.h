@@ -3,6 +3,8 @@
 #include <cstdint>
 
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
+#include "foundation/work_burst.h"
 #include "fusion/edge_compensate_params.h"
 #include "ghosts/ghost_embed_params.h"
 #include "ghosts/relinearize.h"
@@ -22,12 +24,19 @@ enum class GhostEmbedding {
     kFailed         // no memory, or pictures that do not fit each other
 };
 
+// The parameters it goes by. The levels in embed and edges are those that LimitDeghostLevels left.
+struct EmbedRules {
+    const GhostEmbedParams& embed;
+    const EdgeCompensateParams& edges;
+    const PyramidParams& pyramid;
+    const DisplayCurve& curve;
+};
+
 // Gives every ghost region to one exposure: rewrites the weight levels and fills the coefficient levels for the
-// fusion's edge compensation. The levels in params and fusion are those that LimitDeghostLevels left.
+// fusion's edge compensation.
 //
 //   ghostMap  nDim 1, not smaller than the frames; a column and a row more are left out
-//   vFrames   nExposureNum (1 .. 8) pictures B, G, R of one size, darkest first
-//   bDump     pictures of the work under GhostDump/ and ClusterDump/
+//   dumps     pictures of the work under GhostDump/ and ClusterDump/
 //   vWeights  kMaxLevels records, level 0 of the frames' size, nDim = nExposureNum. On kFailed those reached by then
 //             are rewritten
 //   vCoefs    kMaxLevels records, empty before; nMinDeghostLevel .. nMaxDeghostLevel are filled with a channel per
@@ -36,9 +45,8 @@ enum class GhostEmbedding {
 //             per exposure, 128 where a region is its own, less around it, 0 where none reaches. Stays empty on kNone
 //
 // Rows are shared among the team; same bytes from any number of threads.
-GhostEmbedding GhostEmbeddingIntoWeight(const CImage& ghostMap, const CImage* vFrames, int nExposureNum, int nReference,
-                                        const GhostEmbedParams& params, const EdgeCompensateParams& fusion,
-                                        const PyramidParams& pyramid, const DisplayCurve& curve, int bDump,
-                                        CImage* vWeights, CShortImage* vCoefs, CShortImage* pShares = nullptr);
+GhostEmbedding GhostEmbeddingIntoWeight(const CImage& ghostMap, const WorkBurst& burst, const EmbedRules& rules,
+                                        const StageDumps& dumps, CImage* vWeights, CShortImage* vCoefs,
+                                        CShortImage* pShares = nullptr);
 
 }  // namespace vkr

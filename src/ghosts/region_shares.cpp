@@ -65,24 +65,25 @@ void AddToShares(const CShortImage& map, const Box& box, int nChosen, CShortImag
 
 // The map of one region within box, which leaves room for all rounds of smoothing: outside it the map of the whole
 // picture would be 0, and a smoothing that meets nothing but zeros hands its carry on as it is.
-bool MapRegion(const CLabelImage& labels, int nLabel, const Box& box, int nSmoothIter, int bDump, CShortImage& map)
+bool MapRegion(const CLabelImage& labels, int nLabel, const Box& box, int nSmoothIter, const StageDumps& dumps,
+               CShortImage& map)
 {
     if (!map.AllocateDim(box.x2 - box.x1, box.y2 - box.y1, 1)) return false;
     std::fill_n(map.pData, map.Samples(), int16_t{0});
     PaintInside(labels, nLabel, box, map);
-    if (bDump) DumpRegionMap(map, box.x1, box.y1, labels.nWidth, labels.nHeight, nLabel - 1, "bf");
+    if (dumps) DumpRegionMap(map, box.x1, box.y1, labels.nWidth, labels.nHeight, nLabel - 1, "bf");
     for (int i = 0; i < nSmoothIter; ++i) {
         if (!CSmoothFilter5x5::SmoothImage16(map, map, true)) return false;
         PaintInside(labels, nLabel, box, map);
     }
-    if (bDump) DumpRegionMap(map, box.x1, box.y1, labels.nWidth, labels.nHeight, nLabel - 1, "aft");
+    if (dumps) DumpRegionMap(map, box.x1, box.y1, labels.nWidth, labels.nHeight, nLabel - 1, "aft");
     return true;
 }
 
 }  // namespace
 
 bool ShareRegions(const CLabelImage& labels, const int32_t* pChosen, int nRegions, int nExposureNum, int nSmoothIter,
-                  int bDump, CShortImage& shares)
+                  const StageDumps& dumps, CShortImage& shares)
 {
     HeapBuffer<Box> boxes;
     CShortImage map{};
@@ -95,7 +96,7 @@ bool ShareRegions(const CLabelImage& labels, const int32_t* pChosen, int nRegion
     BoundRegions(labels, boxes.Data(), nRegions);
     for (int r = 0; r < nRegions; ++r) {
         const Box box = Grow(boxes[static_cast<size_t>(r)], kReach * nSmoothIter, labels);
-        if (!MapRegion(labels, r + 1, box, nSmoothIter, bDump, map)) return false;
+        if (!MapRegion(labels, r + 1, box, nSmoothIter, dumps, map)) return false;
         AddToShares(map, box, pChosen[r], shares);
     }
     return true;

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 #include "primitives/label_image.h"
 
 namespace vkr {
@@ -14,12 +15,12 @@ namespace vkr {
 //   labels   0 .. nRegions
 //   pChosen  exposure of each region, by label - 1, below nExposureNum
 //   shares   takes the size of labels, nDim nExposureNum
-//   bDump    the maps as BMP under ClusterDump/
+//   dumps    the maps as BMP under ClusterDump/
 //
 // Each region is worked on within its own surroundings, so the memory does not grow with the regions. One thread. False
 // when there is no memory; shares is undefined then.
 bool ShareRegions(const CLabelImage& labels, const int32_t* pChosen, int nRegions, int nExposureNum, int nSmoothIter,
-                  int bDump, CShortImage& shares);
+                  const StageDumps& dumps, CShortImage& shares);
 
 // One region that is all of the picture, and nothing else.
 bool ShareWholePicture(int w, int h, int nChosen, int nExposureNum, CShortImage& shares);

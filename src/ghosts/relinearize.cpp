@@ -126,22 +126,13 @@ bool PicturesFit(const CImage* vFrames, const CImage& weights, int nExposureNum)
     });
 }
 
-void DumpFrames(const CImage* vFrames, int nExposureNum, const char* pTail)
-{
-    for (int k = 0; k < nExposureNum; ++k) {
-        char szPath[64];
-        HdrSprintf(szPath, sizeof(szPath), "ReLinearizeDump/Image_%d%s.bmp", k, pTail);
-        SaveBmp(vFrames[k], szPath, true);
-    }
-}
-
 }  // namespace
 
 void ReLinearize(CImage* vFrames, const CImage& level0Weights, const int32_t* pRatio, int nExposureNum,
-                 const DisplayCurve& curve, int bDump)
+                 const DisplayCurve& curve, const StageDumps& dumps)
 {
     if (!PicturesFit(vFrames, level0Weights, nExposureNum)) return;
-    if (bDump) DumpFrames(vFrames, nExposureNum, "");
+    for (int k = 0; k < nExposureNum; ++k) dumps.Save(vFrames[k], "ReLinearizeDump/Image_%d.bmp", k);
     RadianceTables tables;
     FillTables(tables, pRatio, nExposureNum, curve);
     if (NarrowMath::Fits(tables, nExposureNum)) {
@@ -149,7 +140,7 @@ void ReLinearize(CImage* vFrames, const CImage& level0Weights, const int32_t* pR
     } else {
         ReLinearizePixels<WideMath>(tables, vFrames, level0Weights, nExposureNum);
     }
-    if (bDump) DumpFrames(vFrames, nExposureNum, "_ReLinear");
+    for (int k = 0; k < nExposureNum; ++k) dumps.Save(vFrames[k], "ReLinearizeDump/Image_%d_ReLinear.bmp", k);
 }
 
 }  // namespace vkr

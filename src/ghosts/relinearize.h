@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 
 namespace vkr {
 
@@ -34,10 +35,10 @@ struct DisplayCurve {
 //   vFrames        nExposureNum (1 .. 8) pictures B, G, R of one size, darkest first
 //   level0Weights  of that size, nDim = nExposureNum, any sums; a pixel whose weights are all 0 stays as it is
 //   pRatio         Q4 exposure ratios of neighbours, nExposureNum - 1 of them
-//   bDump          pictures before and behind as BMP under ReLinearizeDump/
+//   dumps          pictures before and behind as BMP under ReLinearizeDump/
 //
 // Pictures that do not fit each other stay as they are. Same bytes from any number of threads.
 void ReLinearize(CImage* vFrames, const CImage& level0Weights, const int32_t* pRatio, int nExposureNum,
-                 const DisplayCurve& curve, int bDump);
+                 const DisplayCurve& curve, const StageDumps& dumps);
 
 }  // namespace vkr

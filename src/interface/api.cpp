@@ -30,7 +30,6 @@ std::vector<FaceBox> CopyFaces(const vSystemFaces* pFaces)
     return vFaces;
 }
 
-// What a failed or a short burst left open on the timer stack is closed here.
 bool Render(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientation, int32_t nFaceSource,
             const std::vector<FaceBox>& vFaces, CYuvImage& picture, vkrHdrFrame* pOut)
 {
@@ -42,15 +41,14 @@ bool Render(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientati
     if (!CheckBurst(pEngine->m_YuvFrames, nExposureNum, nReferenceExposure, pOut)) return false;
     Report("m_nExposureNum =%d,m_nReferenceExposure=%d\n", nExposureNum, nReferenceExposure);
 
-    const TicScope ticScope;
-    Tic();
+    GoalTimer timer("HDR Process Time");
     const HostFaces faces{vFaces.data(), static_cast<int>(vFaces.size())};
     if (!pEngine->ProcessImage(nExposureNum, nReferenceExposure, faces, nOrientation, nFaceSource, picture)) {
         HdrLog("vkrHdrRender F");
         HdrPrintf("vkrHdrRender: no memory, or a picture too small to be fused (%dx%d)\n", pOut->nWidth, pOut->nHeight);
         return false;
     }
-    Toc("HDR Process Time");
+    timer.Reached();
     if (pEngine->bLogoEnable) BlendLogo(picture);
     if (!CopyFrameOut(picture, *pOut)) {
         Report("vkrHdrRender: the result is %dx%d, the output is %dx%d\n", picture.nWidth, picture.nHeight,

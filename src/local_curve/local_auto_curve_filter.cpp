@@ -1,11 +1,10 @@
 #include "local_curve/local_auto_curve_filter.h"
 
-#include "foundation/bmp.h"
 #include "foundation/timing.h"
 
 namespace vkr {
 
-bool CLocalAutoCurveFilter::ProcessImage(CImage& image)
+bool CLocalAutoCurveFilter::ProcessImage(CImage& image, const StageDumps& allowed)
 {
     if (image.Empty() || image.nDim != 3) return false;
     SetBlockGeometry(image.nWidth, image.nHeight);
@@ -13,12 +12,10 @@ bool CLocalAutoCurveFilter::ProcessImage(CImage& image)
     if (!BuildCurves(nCurveStep)) return false;
 
     // The names hold a backslash, on every platform.
-    const bool bDump = bDumpDebugFile && m_bDumpAllowed;
-    if (bDump) SaveBmp(image, "LocalContrastDump\\before.bmp", true);
-    Tic();
-    const bool bApplied = ApplyCurves(image);
-    Toc("==== ==== ==== ApplyImage");
-    if (bDump) SaveBmp(image, "LocalContrastDump\\after.bmp", true);
+    const StageDumps dumps = allowed.If(bDumpDebugFile);
+    dumps.Save(image, "LocalContrastDump\\before.bmp");
+    const bool bApplied = TimedStage("==== ==== ==== ApplyImage", [&] { return ApplyCurves(image, dumps); });
+    dumps.Save(image, "LocalContrastDump\\after.bmp");
     return bApplied;
 }
 

@@ -4,6 +4,7 @@
 
 #include "foundation/filter.h"
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 #include "local_curve/local_curve_grid.h"
 #include "local_curve/local_curve_params.h"
 
@@ -19,9 +20,8 @@ public:
 
     // image has nDim 3 and any size from 1 x 1. False when there was no memory; the picture is as it was then. Rows are
     // shared among the team, all carries start anew in every row: same bytes from any number of threads.
-    bool ProcessImage(CImage& image);
-
-    int32_t m_bDumpAllowed = 1;  // the flow's switch: without it bDumpDebugFile writes nothing
+    // The dumps, pictures and curves under LocalContrastDump, are narrowed by bDumpDebugFile.
+    bool ProcessImage(CImage& image, const StageDumps& dumps = {});
 
 private:
     // local_curve_histograms.cpp
@@ -35,7 +35,7 @@ private:
     bool BuildCurves(int32_t nStep);
 
     // local_curve_apply.cpp; false when there was no memory, the picture is as it was then
-    bool ApplyCurves(CImage& image) const;
+    bool ApplyCurves(CImage& image, const StageDumps& dumps) const;
     void DumpCurves() const;
 
     BlockGeometry m_geometry = {};

@@ -37,10 +37,11 @@ void MakeTables(const CurveGrid& nodes, int nRows, int nCols, BlockTable* pTable
 
 }  // namespace
 
-bool CLocalAutoCurveFilter::ApplyCurves(CImage& image) const
+bool CLocalAutoCurveFilter::ApplyCurves(CImage& image, const StageDumps& dumps) const
 {
     HdrPrintf("Apply Local Curves!");
-    if (bDumpDebugFile && m_bDumpAllowed) DumpCurves();
+    if (bDumpDebugFile) HdrPrintf("row=%d,col=%d\n", nWinXNum, nWinYNum);
+    if (dumps) DumpCurves();
     HeapBuffer<BlockTable> tables;
     if (!tables.Allocate(static_cast<size_t>(nWinYNum) * nWinXNum)) return false;
     MakeTables(m_Curve, nWinYNum, nWinXNum, tables.Data());
@@ -55,7 +56,6 @@ bool CLocalAutoCurveFilter::ApplyCurves(CImage& image) const
 
 void CLocalAutoCurveFilter::DumpCurves() const
 {
-    HdrPrintf("row=%d,col=%d\n", nWinXNum, nWinYNum);
     for (int y = 0; y <= nWinYNum; ++y) {
         for (int x = 0; x <= nWinXNum; ++x) DumpCurve(m_Curve.vCurve[y][x], y, x);
     }

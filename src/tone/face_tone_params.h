@@ -33,11 +33,4 @@ struct FaceToneParams {
 };
 // clang-format on
 
-// What a stretch that follows the face reads of the flow besides the records of parameters.
-struct FaceStretchFlags {
-    int32_t bCheckSatuEnable = 0;   // clip the base under the saturation mask first
-    int32_t bAddHighFrequency = 0;  // the detail goes through the curve, else it is added behind it
-    int32_t bDebugDumpEnable = 0;   // debug pictures under Dump/
-};
-
 }  // namespace vkr

@@ -1,6 +1,5 @@
 #include "tone/face_tone_stretch.h"
 
-#include "foundation/bmp.h"
 #include "foundation/fixed_point.h"
 #include "foundation/log.h"
 #include "foundation/parallel_rows.h"
@@ -72,12 +71,12 @@ void WritePicture(const CShortImage& fused, const ToneLut& toneLut, const Stretc
     });
 }
 
-bool Stretch(CShortImage& fused, const CImage& reference, const CImage& satuMask, const ToneParams& params,
-             const FaceParams& faceParams, const FaceStretchFlags& flags, MeasuredFace& face, StretchLevels& levels,
-             CImage& out)
+bool Stretch(const FusedFace& burst, const FaceStretch& stretch, MeasuredFace& face, StretchLevels& levels, CImage& out)
 {
+    CShortImage& fused = burst.fused;
+    const ToneParams& params = stretch.tone;
     if (fused.Empty() || fused.nDim != 6) return false;
-    if (flags.bCheckSatuEnable && !ClipSaturation(fused, satuMask, params.nSaturatePsThre)) return false;
+    if (stretch.bCheckSatuEnable && !ClipSaturation(fused, burst.satuMask, params.nSaturatePsThre)) return false;
     const int32_t nInMean = GetMeanBrightness(fused, params.nHistStatType);
     HdrPrintf("InMean=%d\n", nInMean);
     HdrPrintf("nWidth = %i, nHeight = %i, nDim = %i\n", fused.nWidth, fused.nHeight, fused.nDim);
@@ -87,16 +86,16 @@ bool Stretch(CShortImage& fused, const CImage& reference, const CImage& satuMask
         if (!FollowStretchLevels(fused, params, levels)) return false;
         HdrPrintf("LowLevel = %d, HighLevel=%d \n", levels.m_nLowLevel, levels.m_nHighLevel);
     }
-    if (flags.bDebugDumpEnable) {
-        PrintMeans(reference, fused);
+    if (stretch.dumps) {
+        PrintMeans(burst.reference, fused);
         DumpFused(fused, out);
     }
     GammaLut gammaLut;
     BuildStretchGamma(nInMean, params, levels, gammaLut);
     ToneLut toneLut;
-    BuildFaceLut(faceParams, gammaLut, levels, face, toneLut);
-    WritePicture(fused, toneLut, levels, flags.bAddHighFrequency != 0, out);
-    if (flags.bDebugDumpEnable) SaveBmp(out, "Dump/Stretch.bmp", true);
+    BuildFaceLut(stretch.face, gammaLut, levels, face, toneLut);
+    WritePicture(fused, toneLut, levels, stretch.bAddHighFrequency != 0, out);
+    stretch.dumps.Save(out, "Dump/Stretch.bmp");
     return true;
 }
 
@@ -112,11 +111,10 @@ void BringFaceIntoRange(const FaceParams& params, FaceIntensity& face)
     }
 }
 
-bool FaceToneStretch(CShortImage& fused, const CImage& reference, const CImage& satuMask, const ToneParams& params,
-                     const FaceParams& faceParams, const FaceStretchFlags& flags, MeasuredFace& face,
-                     StretchLevels& levels, CImage& out)
+bool FaceToneStretch(const FusedFace& burst, const FaceStretch& stretch, MeasuredFace& face, StretchLevels& levels,
+                     CImage& out)
 {
-    if (Stretch(fused, reference, satuMask, params, faceParams, flags, face, levels, out)) return true;
+    if (Stretch(burst, stretch, face, levels, out)) return true;
     out.Release();
     return false;
 }

@@ -3,8 +3,7 @@
 #include "face/face_intensity.h"
 #include "face/face_params.h"
 #include "foundation/image.h"
-#include "tone/face_tone_params.h"
-#include "tone/tone_params.h"
+#include "tone/fused_face.h"
 
 namespace vkr {
 
@@ -17,16 +16,13 @@ void BringFaceIntoRange(const FaceParams& params, FaceIntensity& face);
 // its size, by one curve that puts the face where it lies in the reference exposure, with the gamma of GlobalStretch
 // folded in.
 //
-//   fused      its base components are clipped in place when bCheckSatuEnable is set
-//   reference  the reference exposure, for lines under bDebugDumpEnable only
-//   satuMask   of the size of fused, nDim 1; may be empty when bCheckSatuEnable is 0
-//   face       medians of both pictures; those of the reference are brought into range in place
-//   levels     updated toward this picture's levels when one of the keep-detail flags is set
+//   burst   its reference is for lines of the dumps only
+//   face    medians of both pictures; those of the reference are brought into range in place
+//   levels  updated toward this picture's levels when one of the keep-detail flags is set
 //
 // Rows are shared among the team, same bytes from any number of threads. False when there was no memory or a mask of
 // another size; out is empty then.
-bool FaceToneStretch(CShortImage& fused, const CImage& reference, const CImage& satuMask, const ToneParams& params,
-                     const FaceParams& faceParams, const FaceStretchFlags& flags, MeasuredFace& face,
-                     StretchLevels& levels, CImage& out);
+bool FaceToneStretch(const FusedFace& burst, const FaceStretch& stretch, MeasuredFace& face, StretchLevels& levels,
+                     CImage& out);
 
 }  // namespace vkr

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "foundation/bmp.h"
 #include "foundation/fixed_point.h"
 #include "foundation/heap_buffer.h"
 #include "foundation/log.h"
@@ -46,15 +45,15 @@ bool StretchPicture(const CShortImage& fused, const StretchGain& gain, const Gam
     return true;
 }
 
-bool Stretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const ToneParams& params, int bDump,
-             StretchLevels& levels, CImage& out)
+bool Stretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const ToneParams& params,
+             const StageDumps& dumps, StretchLevels& levels, CImage& out)
 {
     if (fused.Empty() || fused.nDim != 6) return false;
     if (bCheckSatu && !ClipSaturation(fused, satuMask, params.nSaturatePsThre)) return false;
     const int32_t nInMean = GetMeanBrightness(fused, params.nHistStatType);
     HdrPrintf("InMean=%d\n", nInMean);
     if (!out.Allocate(fused.nWidth, fused.nHeight)) return false;
-    if (bDump) DumpFused(fused, out);
+    if (dumps) DumpFused(fused, out);
 
     StretchGain gain;
     if (!ChooseGain(fused, params, levels, gain)) return false;
@@ -64,16 +63,16 @@ bool Stretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const T
     GammaLut gammaLut;
     BuildGammaLut(nInMean, nOutMean, params, gammaLut);  // the identity where no curve applies
     if (!StretchPicture(fused, gain, gammaLut, out)) return false;
-    if (bDump) SaveBmp(out, "Dump/Stretch.bmp", true);
+    dumps.Save(out, "Dump/Stretch.bmp");
     return true;
 }
 
 }  // namespace
 
-bool GlobalStretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const ToneParams& params, int bDump,
-                   StretchLevels& levels, CImage& out)
+bool GlobalStretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const ToneParams& params,
+                   const StageDumps& dumps, StretchLevels& levels, CImage& out)
 {
-    if (Stretch(fused, satuMask, bCheckSatu, params, bDump, levels, out)) return true;
+    if (Stretch(fused, satuMask, bCheckSatu, params, dumps, levels, out)) return true;
     out.Release();
     return false;
 }

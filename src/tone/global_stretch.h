@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/image.h"
+#include "foundation/stage_dumps.h"
 #include "tone/tone_params.h"
 
 namespace vkr {
@@ -12,11 +13,11 @@ namespace vkr {
 //   fused      its base components are clipped in place when bCheckSatu is set
 //   satuMask   of the same size, nDim 1; may be empty when bCheckSatu is 0
 //   levels     updated toward this picture's levels when one of the keep-detail flags is set
-//   bDump      1: BMP pictures under Dump/
+//   dumps      pictures under Dump/
 //
 // Serial along the raster: three carries diffuse the rounding of the 8.8 fixed-point gain, across row ends. False when
 // there was no memory or a mask of another size; out is empty then. Same bytes from any number of threads.
-bool GlobalStretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const ToneParams& params, int bDump,
-                   StretchLevels& levels, CImage& out);
+bool GlobalStretch(CShortImage& fused, const CImage& satuMask, int bCheckSatu, const ToneParams& params,
+                   const StageDumps& dumps, StretchLevels& levels, CImage& out);
 
 }  // namespace vkr

@@ -213,14 +213,13 @@ void HsvToBgrRowScalar(const uint8_t* pHsv, uint8_t* pBgr, int nPixels)
 
 bool RGB2HSV(const CImage& rgb, CImage& hsv)
 {
-    Tic();
+    const StageTimer timer("===========RGB2HSV");
     const bool bDone = rgb.nDim == 3 && hsv.Allocate(rgb.nWidth, rgb.nHeight);
     if (bDone && !rgb.Empty()) {
         ParallelRows(rgb.nHeight, [&](RowBlock rows) {
             for (int y = rows.nBegin; y < rows.nEnd; ++y) BgrToHsvRow(rgb.Row(y), hsv.Row(y), rgb.nWidth);
         });
     }
-    Toc("===========RGB2HSV");
     return bDone;
 }
 

@@ -9,6 +9,7 @@
 #include "foundation/parallel_rows.h"
 #include "foundation/timing.h"
 #include "tone/hsv_convert.h"
+#include "tone/skin_colour.h"
 
 namespace vkr {
 
@@ -46,7 +47,7 @@ struct SharedSums {
 void AddSkin(const uint8_t* pRef, const uint8_t* pFus, int64_t nPixels, DiffSums& sums)
 {
     for (int64_t i = 0; i < nPixels; ++i, pRef += 3, pFus += 3) {
-        if (pRef[2] < 50 || pRef[1] < 48 || pRef[0] >= 15) continue;
+        if (!IsMeasuredSkin(pRef)) continue;
         const int32_t nDiff = pRef[0] - pFus[0];
         sums.nHue += nDiff < -128 ? nDiff + 255 : nDiff;
         sums.nReference += pRef[1];
@@ -128,7 +129,7 @@ void ClipBaseRow(const int16_t* pFused, uint8_t* pBgr, uint8_t* pExcess, int nPi
 
 void GetFaceDiffHSV(const FaceBox& box, const CImage& refHsv, const CImage& fusHsv, HSVFix& fix)
 {
-    Tic();
+    const StageTimer timer(kTimer);
     DiffSums sums;
     VisitBoxRuns(box, fusHsv.nWidth, fusHsv.nHeight, [&](int64_t nBegin, int64_t nEnd, int64_t nTimes) {
         DiffSums run;
@@ -136,12 +137,11 @@ void GetFaceDiffHSV(const FaceBox& box, const CImage& refHsv, const CImage& fusH
         AddTimes(run, nTimes, sums);
     });
     FinishFace(sums, fix);
-    Toc(kTimer);
 }
 
 void GetBackgroundDiffHSV(const CImage& refHsv, const CImage& fusHsv, HSVFix& fix)
 {
-    Tic();
+    const StageTimer timer(kTimer);
     SharedSums sums;
     ParallelRows(fusHsv.nHeight, [&](RowBlock rows) {
         DiffSums part;
@@ -149,24 +149,22 @@ void GetBackgroundDiffHSV(const CImage& refHsv, const CImage& fusHsv, HSVFix& fi
         sums.Add(part);
     });
     FinishBackground(sums.Value(), fix);
-    Toc(kTimer);
 }
 
 void GetFaceAndBackgroundDiffHSV(const FaceBox& box, const CImage& refHsv, const CImage& fusHsv, HSVFix& backFix,
                                  HSVFix& faceFix)
 {
-    Tic();
+    const StageTimer timer(kTimer);
     const auto AddRow = [&](int y, DiffSums& face, DiffSums& back) {
         AddBoth(box, y, 0, fusHsv.nWidth, refHsv.Row(y), fusHsv.Row(y), face, back);
     };
     GatherBoth(fusHsv.nHeight, AddRow, backFix, faceFix);
-    Toc(kTimer);
 }
 
 void GetFaceAndBackgroundDiffHSV(const FaceBox& box, const CImage& reference, const CShortImage& fused, CImage& fusHsv,
                                  CImage& excess, HSVFix& backFix, HSVFix& faceFix)
 {
-    Tic();
+    const StageTimer timer(kTimer);
     constexpr int kStrip = 256;  // pixels of the reference that are converted at a time
     const auto AddRow = [&](int y, DiffSums& face, DiffSums& back) {
         uint8_t vRef[3 * kStrip];
@@ -180,7 +178,6 @@ void GetFaceAndBackgroundDiffHSV(const FaceBox& box, const CImage& reference, co
         }
     };
     GatherBoth(fused.nHeight, AddRow, backFix, faceFix);
-    Toc(kTimer);
 }
 
 }  // namespace vkr

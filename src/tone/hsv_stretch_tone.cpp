@@ -1,6 +1,5 @@
 #include "tone/hsv_stretch_tone.h"
 
-#include "foundation/bmp.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
@@ -51,31 +50,32 @@ bool RunGuidedPass(const CShortImage& fused, const CImage& reference, const Face
     return true;
 }
 
-bool RunSkinModelPass(const FaceBox& box, const CShortImage& fused, const CImage& reference,
-                      const FaceToneParams& params, const GammaLut& gammaLut, const ToneLut& toneLut,
-                      const StretchLevels& levels, CImage& out)
+bool RunSkinModelPass(const FusedFace& burst, const FaceToneParams& params, const GammaLut& gammaLut,
+                      const ToneLut& toneLut, const StretchLevels& levels, CImage& out)
 {
     CImage hsv{}, excess{};
     ImageScope hsvScope(hsv), excessScope(excess);
     if (!hsv.Allocate(out.nWidth, out.nHeight) || !excess.AllocateGray(out.nWidth, out.nHeight)) return false;
     SkinModel model;
     model.nMostHueShift = params.nHSVHueChangeThres;
-    GetFaceAndBackgroundDiffHSV(box, reference, fused, hsv, excess, model.backFix, model.faceFix);
+    GetFaceAndBackgroundDiffHSV(burst.box, burst.reference, burst.fused, hsv, excess, model.backFix, model.faceFix);
     if (!params.bHSVTone || params.bHSVToneFace) model.backFix = HSVFix{};
     if (!params.bHSVTone) model.faceFix = HSVFix{};
     BuildSkinWeights(params, model.weights);
     HdrPrintf("Width %i Height %i \n", out.nWidth, out.nHeight);
-    SkinModelPass(fused, hsv, excess, model, gammaLut, toneLut, levels, out);
+    SkinModelPass(burst.fused, hsv, excess, model, gammaLut, toneLut, levels, out);
     return true;
 }
 
-bool Stretch(const FaceBox& box, CShortImage& fused, const CImage& reference, const CImage& satuMask,
-             const ToneParams& params, const FaceParams& faceParams, const FaceToneParams& hsvParams,
-             const FaceStretchFlags& flags, const MeasuredFace& face, StretchLevels& levels, CImage& out)
+bool Stretch(const FusedFace& burst, const FaceStretch& stretch, const MeasuredFace& face, StretchLevels& levels,
+             CImage& out)
 {
+    CShortImage& fused = burst.fused;
+    const CImage& reference = burst.reference;
+    const ToneParams& params = stretch.tone;
     if (fused.Empty() || fused.nDim != 6 || reference.Empty() || reference.nDim != 3) return false;
     if (reference.nWidth != fused.nWidth || reference.nHeight != fused.nHeight) return false;
-    if (flags.bCheckSatuEnable && !ClipSaturation(fused, satuMask, params.nSaturatePsThre)) return false;
+    if (stretch.bCheckSatuEnable && !ClipSaturation(fused, burst.satuMask, params.nSaturatePsThre)) return false;
     if (!out.Allocate(fused.nWidth, fused.nHeight)) return false;
     const SortedLevels ref = SortLevels(face.reference.vLow), fus = SortLevels(face.fusion.vLow);
     HdrPrintf("High %i Mid %i Low %i \n", ref.nHigh, ref.nMid, ref.nLow);
@@ -86,24 +86,23 @@ bool Stretch(const FaceBox& box, CShortImage& fused, const CImage& reference, co
     }
     GammaLut gammaLut;
     BuildStretchBoost(fused, params, levels, gammaLut);
-    if (flags.bDebugDumpEnable) DumpFused(fused, out);
+    if (stretch.dumps) DumpFused(fused, out);
     ToneLut toneLut;
-    BuildValueCurve(ref, fus, faceParams, levels, toneLut);
+    BuildValueCurve(ref, fus, stretch.face, levels, toneLut);
     PrintHsvSizes(out.nWidth, out.nHeight, reference);
-    const bool bDone = hsvParams.bHSP2PTone
-                           ? RunGuidedPass(fused, reference, hsvParams, toneLut, levels, out)
-                           : RunSkinModelPass(box, fused, reference, hsvParams, gammaLut, toneLut, levels, out);
-    if (bDone && flags.bDebugDumpEnable) SaveBmp(out, "Dump/AfterHSVStretchTone.bmp", true);
+    const bool bDone = stretch.faceTone.bHSP2PTone
+                           ? RunGuidedPass(fused, reference, stretch.faceTone, toneLut, levels, out)
+                           : RunSkinModelPass(burst, stretch.faceTone, gammaLut, toneLut, levels, out);
+    stretch.dumps.If(bDone).Save(out, "Dump/AfterHSVStretchTone.bmp");
     return bDone;
 }
 
 }  // namespace
 
-bool HSVStretchTone(const FaceBox& box, CShortImage& fused, const CImage& reference, const CImage& satuMask,
-                    const ToneParams& params, const FaceParams& faceParams, const FaceToneParams& hsvParams,
-                    const FaceStretchFlags& flags, const MeasuredFace& face, StretchLevels& levels, CImage& out)
+bool HSVStretchTone(const FusedFace& burst, const FaceStretch& stretch, const MeasuredFace& face, StretchLevels& levels,
+                    CImage& out)
 {
-    if (Stretch(box, fused, reference, satuMask, params, faceParams, hsvParams, flags, face, levels, out)) return true;
+    if (Stretch(burst, stretch, face, levels, out)) return true;
     out.Release();
     return false;
 }

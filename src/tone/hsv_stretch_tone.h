@@ -1,11 +1,8 @@
 #pragma once
 
-#include "face/face_box.h"
 #include "face/face_intensity.h"
-#include "face/face_params.h"
 #include "foundation/image.h"
-#include "tone/face_tone_params.h"
-#include "tone/tone_params.h"
+#include "tone/fused_face.h"
 
 namespace vkr {
 
@@ -14,15 +11,12 @@ namespace vkr {
 // they lie in the reference exposure (B, G, R, of the size of fused); hue and saturation follow the reference pixel by
 // pixel (bHSP2PTone) or by averages over skin and picture.
 //
-//   fused     its base components are clipped in place when bCheckSatuEnable is set
-//   satuMask  of the size of fused, nDim 1; may be empty when bCheckSatuEnable is 0
-//   face      low and high levels of both pictures; the low ones are used
-//   levels    updated toward this picture's levels when one of the keep-detail flags is set
+//   face    low and high levels of both pictures; the low ones are used
+//   levels  updated toward this picture's levels when one of the keep-detail flags is set
 //
 // Rows are shared among the team, same bytes from any number of threads. False when there was no memory or a picture of
 // another size; out is empty then.
-bool HSVStretchTone(const FaceBox& box, CShortImage& fused, const CImage& reference, const CImage& satuMask,
-                    const ToneParams& params, const FaceParams& faceParams, const FaceToneParams& hsvParams,
-                    const FaceStretchFlags& flags, const MeasuredFace& face, StretchLevels& levels, CImage& out);
+bool HSVStretchTone(const FusedFace& burst, const FaceStretch& stretch, const MeasuredFace& face, StretchLevels& levels,
+                    CImage& out);
 
 }  // namespace vkr

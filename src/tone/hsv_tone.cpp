@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "face/box_runs.h"
-#include "foundation/bmp.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image_scope.h"
 #include "foundation/log.h"
 #include "foundation/parallel_rows.h"
 #include "tone/hsv_convert.h"
+#include "tone/skin_colour.h"
 
 namespace vkr {
 
@@ -27,15 +27,10 @@ void CorrectPixels(const HsvCorrection& correction, uint8_t* pHsv, int64_t nPixe
     for (int64_t i = 0; i < nPixels; ++i) CorrectPixel(correction, pHsv + 3 * i);
 }
 
-bool IsSkin(const uint8_t* pHsv)
-{
-    return pHsv[0] >= 1 && pHsv[0] <= 13 && pHsv[2] > 50 && pHsv[1] > 48;
-}
-
 // The pair of the whole picture for skin, that of the skin for all else: crossed, which results rely on.
 void CorrectCrossed(const HsvCorrection& back, const HsvCorrection& face, uint8_t* pHsv, int nPixels)
 {
-    for (int i = 0; i < nPixels; ++i, pHsv += 3) CorrectPixel(IsSkin(pHsv) ? back : face, pHsv);
+    for (int i = 0; i < nPixels; ++i, pHsv += 3) CorrectPixel(IsCorrectedSkin(pHsv) ? back : face, pHsv);
 }
 
 // Corrected pixels into the picture, but for those that the reference shows blown out.
@@ -126,7 +121,8 @@ HsvCorrection MakeCorrection(const HSVFix& fix, const FaceToneParams& params)
     return correction;
 }
 
-bool HSVTone(const FaceBox& box, const CImage& reference, const FaceToneParams& params, int bDump, CImage& out)
+bool HSVTone(const FaceBox& box, const CImage& reference, const FaceToneParams& params, const StageDumps& dumps,
+             CImage& out)
 {
     PrintHsvSizes(out.nWidth, out.nHeight, reference);
     CImage refHsv{}, outHsv{};
@@ -140,11 +136,12 @@ bool HSVTone(const FaceBox& box, const CImage& reference, const FaceToneParams& 
         GetFaceAndBackgroundDiffHSV(box, refHsv, outHsv, backFix, faceFix);
     }
     CorrectPicture(reference, backFix, faceFix, params, outHsv, out);
-    if (bDump) SaveBmp(out, "Dump/AfterHSVTone.bmp", true);
+    dumps.Save(out, "Dump/AfterHSVTone.bmp");
     return true;
 }
 
-bool HSVToneFace(const FaceBox& box, const CImage& reference, const FaceToneParams& params, int bDump, CImage& out)
+bool HSVToneFace(const FaceBox& box, const CImage& reference, const FaceToneParams& params, const StageDumps& dumps,
+                 CImage& out)
 {
     PrintHsvSizes(out.nWidth, out.nHeight, reference);
     CImage refHsv{}, outHsv{};
@@ -158,7 +155,7 @@ bool HSVToneFace(const FaceBox& box, const CImage& reference, const FaceTonePara
         if (nTimes == 1) return CorrectOnce(correction, pRun, nEnd - nBegin);
         for (int64_t i = nBegin; i < nEnd; ++i, pRun += 3) CorrectOften(correction, pRun, nTimes);
     });
-    if (bDump) SaveBmp(out, "Dump/AfterHSVTone.bmp", true);
+    dumps.Save(out, "Dump/AfterHSVTone.bmp");
     return true;
 }
 

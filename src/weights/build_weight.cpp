@@ -111,14 +111,16 @@ int BuildWeightPyramid(CImage* vWeights, const PyramidParams& pyramid)
 
 }  // namespace
 
-int BuildWeight(const CImage* vFrames, int nExposureNum, int nReference, const WeightParams& params,
-                const FaceAim& face, const PyramidParams& pyramid, ReadyFlags& flags, CImage* vWeights)
+int BuildWeight(const WorkBurst& burst, const WeightParams& params, const FaceAim& face, const PyramidParams& pyramid,
+                ReadyFlags& flags, CImage* vWeights)
 {
+    const CImage* vFrames = burst.vFrames;
+    const int nExposureNum = burst.nExposureNum;
     if (!CountFits(nExposureNum)) return 0;
     CImage vSmoothed[kMaxExposures] = {};
     ImageScope scope(vSmoothed);
     BrightnessTable table;
-    FillBrightnessTable(table, nExposureNum, nReference, params, face);
+    FillBrightnessTable(table, nExposureNum, burst.nReference, params, face);
     if (!SmoothWhenReady(vFrames, nExposureNum, flags, vSmoothed) || !FramesFit(vSmoothed, nExposureNum)) return 0;
     if (!vWeights[0].AllocateDim(vFrames[0].nWidth, vFrames[0].nHeight, nExposureNum)) return 0;
     WeighPixels(vSmoothed, nExposureNum, &table, params, vWeights[0]);
@@ -129,32 +131,34 @@ int BuildWeight(const CImage* vFrames, int nExposureNum, int nReference, const W
     return nLevels;
 }
 
-int RebuildWeight(const CImage* vFrames, int nExposureNum, int nReference, const WeightParams& params,
-                  const FaceAim& face, const PyramidParams& pyramid, CImage* vWeights)
+int RebuildWeight(const WorkBurst& burst, const WeightParams& params, const FaceAim& face, const PyramidParams& pyramid,
+                  CImage* vWeights)
 {
+    const CImage* vFrames = burst.vFrames;
+    const int nExposureNum = burst.nExposureNum;
     if (!CountFits(nExposureNum) || !FramesFit(vFrames, nExposureNum)) return 0;
     if (!vWeights[0].AllocateDim(vFrames[0].nWidth, vFrames[0].nHeight, nExposureNum)) return 0;
     CImage vSmoothed[kMaxExposures] = {};
     ImageScope scope(vSmoothed);
 
-    Tic();
+    GoalTimer smoothTimer("==== ==== ==== ==== BuildWeight First Done");
     BrightnessTable table;
-    FillBrightnessTable(table, nExposureNum, nReference, params, face);
+    FillBrightnessTable(table, nExposureNum, burst.nReference, params, face);
     if (!SmoothAll(vFrames, nExposureNum, vSmoothed)) return 0;
-    Toc("==== ==== ==== ==== BuildWeight First Done");
+    smoothTimer.Reached();
 
-    Tic();
     // Only the largest sample goes through the table here; luma and smallest sample are the raw weights themselves,
     // unlike in the first build. Results rest on it.
     const BrightnessTable* pTable = params.nFusionWeightSelect == kLargestSample ? &table : nullptr;
-    WeighPixels(vSmoothed, nExposureNum, pTable, params, vWeights[0]);
-    for (CImage& smoothed : vSmoothed) smoothed.Release();
-    Toc("==== ==== ==== ==== BuildWeight Mid Done");
+    TimedStage("==== ==== ==== ==== BuildWeight Mid Done", [&] {
+        WeighPixels(vSmoothed, nExposureNum, pTable, params, vWeights[0]);
+        for (CImage& smoothed : vSmoothed) smoothed.Release();
+    });
 
-    Tic();
+    GoalTimer pyramidTimer("==== ==== ==== ==== BuildWeight Last Done");
     const int nLevels = BuildWeightPyramid(vWeights, pyramid);
     if (nLevels == 0) return 0;
-    Toc("==== ==== ==== ==== BuildWeight Last Done");
+    pyramidTimer.Reached();
     HdrPrintf("Total Levels=%d\n", nLevels);
     return nLevels;
 }

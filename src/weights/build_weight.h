@@ -2,6 +2,7 @@
 
 #include "foundation/image.h"
 #include "foundation/ready_flags.h"
+#include "foundation/work_burst.h"
 #include "primitives/pyramid_levels.h"
 #include "weights/weight_params.h"
 
@@ -16,12 +17,12 @@ namespace vkr {
 
 // First build: takes each frame when its flag says that it is ready, and sleeps 5 ms when none is. Runs on a thread of
 // its own beside ghost detection.
-int BuildWeight(const CImage* vFrames, int nExposureNum, int nReference, const WeightParams& params,
-                const FaceAim& face, const PyramidParams& pyramid, ReadyFlags& flags, CImage* vWeights);
+int BuildWeight(const WorkBurst& burst, const WeightParams& params, const FaceAim& face, const PyramidParams& pyramid,
+                ReadyFlags& flags, CImage* vWeights);
 
 // Second build, after the frames were re-linearised: no waiting, exposures smoothed in parallel. With
 // nFusionWeightSelect other than 1 the plain brightness is the raw weight, without the table.
-int RebuildWeight(const CImage* vFrames, int nExposureNum, int nReference, const WeightParams& params,
-                  const FaceAim& face, const PyramidParams& pyramid, CImage* vWeights);
+int RebuildWeight(const WorkBurst& burst, const WeightParams& params, const FaceAim& face, const PyramidParams& pyramid,
+                  CImage* vWeights);
 
 }  // namespace vkr

@@ -50,7 +50,7 @@ struct Alignment {
         ASSERT_TRUE(frame.Allocate(w, h));
         std::fill_n(frame.pBuffer, w * h / 2 * 3, static_cast<uint8_t>(nValue));
     }
-    bool Run(int nReference, const AlignDumps& dumps = {})
+    bool Run(int nReference, const StageDumps& dumps = {})
     {
         const LinesScope lines;
         return filter.AlignImages(vBurst, nExposureNum, nReference, vMasks, range, dumps);

@@ -173,8 +173,9 @@ void CheckInitMatch(const CImage& first, const CImage& second, const Features& v
     ForThreads([&](int) {
         Features vA = vFirst, vB = vSecond;
         Matches matches({}, {});
-        const bool bEnough = FindInitMatchPair(first, second, vA.data(), static_cast<int>(vA.size()), vB.data(),
-                                               static_cast<int>(vB.size()), params, dx, dy, matches);
+        const bool bEnough =
+            FindInitMatchPair({first, vA.data(), static_cast<int>(vA.size())},
+                              {second, vB.data(), static_cast<int>(vB.size())}, params, dx, dy, matches);
         int nPairs = 0;
         for (int i = 0; i < static_cast<int>(vA.size()); ++i) {
             ASSERT_EQ(vA[i].nMatch, vWant[i]) << i;
@@ -235,13 +236,13 @@ TEST(FindInitMatchPair, TakesWhatIsMissingAndFarAway)
     const InitMatchParams params{3, 20, 20, 2, 2, 0};
     Features vA = RandomFeatures(rng, 9, 320, 240), vB = vA;
     Matches matches({}, {});
-    EXPECT_FALSE(FindInitMatchPair(none, none, vA.data(), 9, vB.data(), 9, params, 0, 0, matches));
+    EXPECT_FALSE(FindInitMatchPair({none, vA.data(), 9}, {none, vB.data(), 9}, params, 0, 0, matches));
     EXPECT_EQ(vA[8].nMatch, -1);
-    EXPECT_TRUE(FindInitMatchPair(image, image, vA.data(), 9, nullptr, 0, params, 0, 0, matches));
-    EXPECT_TRUE(FindInitMatchPair(image, image, nullptr, 0, vB.data(), 9, params, 0, 0, matches));
+    EXPECT_TRUE(FindInitMatchPair({image, vA.data(), 9}, {image, nullptr, 0}, params, 0, 0, matches));
+    EXPECT_TRUE(FindInitMatchPair({image, nullptr, 0}, {image, vB.data(), 9}, params, 0, 0, matches));
     vA[0].x = vB[1].x = INT32_MAX, vA[2].y = vB[3].y = INT32_MIN;
     for (const int nOffset : {INT32_MAX, INT32_MIN}) {
-        FindInitMatchPair(image, image, vA.data(), 9, vB.data(), 9, params, nOffset, nOffset, matches);
+        FindInitMatchPair({image, vA.data(), 9}, {image, vB.data(), 9}, params, nOffset, nOffset, matches);
         EXPECT_EQ(matches.nCount, 0);
     }
     Matches far(vA, vB);

@@ -15,7 +15,7 @@ public:
     Marks() { FillConstant(m_image, 8, 5, 3, 9); }
     Marks& Draw(const FaceBox& box, int nFaceSource = 2, std::vector<FaceBox> vHost = {}, int bDebugDump = 0)
     {
-        DrawFaceBoxes(m_image, box, vHost.data(), static_cast<int>(vHost.size()), nFaceSource, bDebugDump);
+        DrawFaceBoxes(m_image, box, {vHost.data(), static_cast<int>(vHost.size())}, nFaceSource, bDebugDump);
         return *this;
     }
     std::string Text() const

@@ -38,7 +38,7 @@ protected:
     }
     std::vector<int32_t> Search(int nOrientation, int nMinSide = 40)
     {
-        return Corners(SearchFace(m_Reference, nOrientation, 0, nullptr, 0, MinSide(nMinSide), false));
+        return Corners(SearchFace(m_Reference, nOrientation, 0, {}, MinSide(nMinSide), {}));
     }
     WorkFolder m_Folder;
     LinesScope m_Lines;
@@ -48,8 +48,7 @@ protected:
 TEST_F(FaceSearchTest, HostFacesAreHalvedTowardZero)
 {
     const auto Host = [&](const std::vector<FaceBox>& vFaces) {
-        return Corners(
-            SearchFace(m_Reference, 7, 1, vFaces.data(), static_cast<int>(vFaces.size()), MinSide(40), true));
+        return Corners(SearchFace(m_Reference, 7, 1, {vFaces.data(), static_cast<int>(vFaces.size())}, MinSide(40), 1));
     };
     EXPECT_EQ((std::vector<int32_t>{0, 0, 0, 0}), Host({}));
     EXPECT_EQ((std::vector<int32_t>{0, 0, 0, 0}), Host({{10, 10, 91, 91}}));
@@ -78,7 +77,7 @@ TEST_F(FaceSearchTest, FindsTheLargestFaceInEveryOrientation)
     EXPECT_EQ((std::vector<int32_t>{0, 0, 0, 0}), Search(0, 100));
 
     std::vector<FaceBoxRecord> vBoxes;
-    FindFacesByNetwork(m_Reference, 0, false, vBoxes);
+    FindFacesByNetwork(m_Reference, 0, {}, vBoxes);
     ASSERT_EQ(2U, vBoxes.size());
     EXPECT_EQ(0.95f, vBoxes[0].dScore);
     EXPECT_EQ(0.85f, vBoxes[1].dScore);
@@ -88,7 +87,7 @@ TEST_F(FaceSearchTest, DumpsWhatItSaw)
 {
     WorkFolder::Write(kFaceModelPath, ConstantFaces({{0.9f, {0.25f, 0.5f, 0.5f, 0.75f}}}).Bytes());
     std::filesystem::create_directory("AISeg");
-    for (const int nOrientation : {0, 1}) SearchFace(m_Reference, nOrientation, 0, nullptr, 0, MinSide(40), true);
+    for (const int nOrientation : {0, 1}) SearchFace(m_Reference, nOrientation, 0, {}, MinSide(40), 1);
     const auto Size = [](const char* pName) { return std::filesystem::file_size(std::string("AISeg/") + pName); };
     EXPECT_EQ(400U * 300 * 3 + 54, Size("Input_Level0.bmp"));
     EXPECT_EQ(200U * 150 * 3 + 54, Size("Input_Level1.bmp"));

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "align/aligned_pair.h"
 #include "flow/engine_burst.h"
 #include "foundation/stage_probe.h"
 #include "support/for_threads.h"
@@ -25,11 +26,16 @@ const char* const kGoldenFile = VKRHDR_GOLDEN_FILE;
 
 class StageHashes {
 public:
-    StageHashes() : m_probe{OnImage<CImage>, OnImage<CShortImage>, OnImage<CYuvImage>, OnPair, this}
+    StageHashes() : m_probe{OnImage<CImage>, OnImage<CShortImage>, OnImage<CYuvImage>, this}, m_pairProbe{OnPair, this}
     {
         SetStageProbe(&m_probe);
+        SetPairProbe(&m_pairProbe);
     }
-    ~StageHashes() { SetStageProbe(nullptr); }
+    ~StageHashes()
+    {
+        SetPairProbe(nullptr);
+        SetStageProbe(nullptr);
+    }
     StageHashes(const StageHashes&) = delete;
     StageHashes& operator=(const StageHashes&) = delete;
 
@@ -72,6 +78,7 @@ private:
         static_cast<StageHashes*>(pUser)->m_mHashes[pName] = Hash(image);
     }
     StageProbe m_probe;
+    PairProbe m_pairProbe;
 };
 
 struct GoldenBurst {

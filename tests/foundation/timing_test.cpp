@@ -72,21 +72,23 @@ TEST(Timing, SwitchedOffTheStackStaysAsItWas)
     EXPECT_EQ(ShownTime(LinesOf([] { Toc("empty"); }), "empty"), 0);
 }
 
-TEST(Timing, AScopeClosesWhatWasLeftOpen)
+TEST(Timing, AStageHasItsLineOnEveryWayOutAndAGoalWhereItIsReached)
 {
+    const auto Stage = [](const char* pText, bool bGoal) {
+        return TimedStage(pText, [&] {
+            GoalTimer goal("goal");
+            if (bGoal) goal.Reached();
+            return bGoal;
+        });
+    };
     Tic();
     Sleep(30);
-    {
-        const TicScope scope;
-        for (int i = 0; i < 5; ++i) Tic();
-    }
-    EXPECT_GE(ShownTime(LinesOf([] { Toc("outer"); }), "outer"), 25);
-    Tic();
-    {
-        const TicScope scope;
-        LinesOf([] { Toc("closed inside"); });
-    }
-    EXPECT_EQ(ShownTime(LinesOf([] { Toc("empty"); }), "empty"), 0) << "a scope opens nothing anew";
+    EXPECT_LT(ShownTime(LinesOf([&] { EXPECT_FALSE(Stage("stage", false)); }), "stage"), 25);
+    const std::string sLines = LinesOf([&] { EXPECT_TRUE(Stage("stage", true)); });
+    EXPECT_EQ(sLines.find("goal "), 0U);
+    EXPECT_LT(ShownTime(sLines.substr(sLines.find('\n') + 1), "stage"), 25);
+    EXPECT_EQ(LinesOf([] { EXPECT_THROW(TimedStage("stage", [] { throw 1; }), int); }), "");
+    EXPECT_GE(ShownTime(LinesOf([] { Toc("outer"); }), "outer"), 25) << "whatever stood above it was closed";
 }
 
 TEST(Timing, DeepStacksGrowAndShrink)

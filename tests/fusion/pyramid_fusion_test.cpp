@@ -43,7 +43,7 @@ struct FusionBurst {
     }
     bool Fuse(CShortImage& fused, int bDump = 0) const
     {
-        return PyramidFusion(vFrames, vWeights, vCoefs, nExposureNum, params, pyramid, bDump, fused);
+        return PyramidFusion({vFrames, nExposureNum, vWeights, vCoefs}, params, pyramid, bDump, fused);
     }
     std::vector<int16_t> Reference() const
     {

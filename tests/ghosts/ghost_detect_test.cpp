@@ -42,7 +42,7 @@ struct DrawnBurst {
     bool Detect(int nReference, const PyramidParams& pyramid = {})
     {
         LinesScope lines;
-        return filter.DetectGhost(vFrames, vMasks, nExposureNum, nReference, pyramid, map);
+        return filter.DetectGhost({vFrames, nExposureNum, nReference}, vMasks, pyramid, {}, map);
     }
     // Share of the pixels that the map marks, of those inside any disc or of those well outside of all.
     double ShareMarked(bool bInside) const

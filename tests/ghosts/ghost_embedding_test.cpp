@@ -48,8 +48,9 @@ struct GhostBurst {
         for (int k = 0; k < nExposureNum; ++k) vPlain[k] = vFrames[k];
         for (int i = 0; i < kMaxLevels; ++i) vLevels[i] = vWeights[i];
         LimitDeghostLevels(nLevels, params, fusion);
-        const auto result = GhostEmbeddingIntoWeight(ghost, vPlain, nExposureNum, nReference, params, fusion, pyramid,
-                                                     DisplayCurve{}, 0, vLevels, vCoefs, &choice);
+        const auto result =
+            GhostEmbeddingIntoWeight(ghost, {vPlain, nExposureNum, nReference},
+                                     {params, fusion, pyramid, DisplayCurve{}}, {}, vLevels, vCoefs, &choice);
         for (int i = 0; i < kMaxLevels; ++i) static_cast<CImage&>(vWeights[i]) = vLevels[i];
         sLines = LinesScope::Text();
         return result;

@@ -235,8 +235,14 @@ TEST_F(LocalAutoCurve, DumpsPicturesAndCurves)
     filter.nCurveStep = 0;
     TestImage image;
     FillConstant(image, 8, 8, 3, 50);
+    QuietFilter off;
+    off.bDumpDebugFile = 1;
+    TestImage other;
+    FillConstant(other, 8, 8, 3, 50);
+    EXPECT_TRUE(off.ProcessImage(other));
+    EXPECT_TRUE(fs::is_empty(folder)) << "the burst's own switch is off";
     fs::create_directory("LocalContrastDump\\Curve\\curve_001_002.txt");  // can not be opened for writing
-    EXPECT_TRUE(filter.ProcessImage(image));
+    EXPECT_TRUE(filter.ProcessImage(image, 1));
     EXPECT_TRUE(m_lines.Contains("Apply Local Curves!row=2,col=1\n"));
     EXPECT_TRUE(m_lines.Contains("file open fail, LocalContrastDump\\Curve\\curve_001_002.txt\n"));
     EXPECT_TRUE(fs::exists("LocalContrastDump\\before.bmp"));

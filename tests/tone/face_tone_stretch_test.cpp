@@ -87,7 +87,8 @@ TEST(FaceToneStretch, FoldsTheGammaIntoTheCurveAndTellsItsSteps)
         MeasuredFace face;
         face.reference = {{130, 120, 140}, {}};
         face.fusion = {{90, 80, 100}, {}};
-        ASSERT_TRUE(FaceToneStretch(fused, reference, CImage{}, tone, FaceParams{}, {0, 1, 0}, face, levels, out));
+        ASSERT_TRUE(FaceToneStretch({{}, fused, reference, CImage{}}, {tone, FaceParams{}, {}, 0, 1}, face,
+                                    levels, out));
         EXPECT_TRUE(lines.Contains("InMean=100\nnWidth = 10, nHeight = 10, nDim = 6\nOutMeanY bf=76\ngamma=1.29317"));
         EXPECT_TRUE(lines.Contains(
             "\nLowLevel = 40, HighLevel=240\nRefer  Face Intensity = [130, 120, 140]\n"
@@ -108,7 +109,8 @@ TEST(FaceToneStretch, LeavesNothingOnFailure)
     FillConstant(out, 4, 4, 3, 9);
     StretchLevels levels;
     MeasuredFace face;
-    EXPECT_FALSE(FaceToneStretch(fused, reference, mask, ToneParams{}, FaceParams{}, {1, 1, 0}, face, levels, out));
+    EXPECT_FALSE(
+        FaceToneStretch({{}, fused, reference, mask}, {ToneParams{}, FaceParams{}, {}, 1, 1}, face, levels, out));
     EXPECT_TRUE(out.Empty());
 }
 

@@ -177,7 +177,7 @@ TEST(HSVStretchTone, ServesEverySetting)
         ForThreads([&](int nThreads) {
             StretchLevels levels;
             TestImage out;
-            ASSERT_TRUE(HSVStretchTone({-9, 1, 40, 9}, in.fused, in.reference, CImage{}, tone, {}, params, {}, face,
+            ASSERT_TRUE(HSVStretchTone({{-9, 1, 40, 9}, in.fused, in.reference, CImage{}}, {tone, {}, params}, face,
                                        levels, out));
             if (nThreads == 1) vFirst = Samples(out);
             EXPECT_EQ(Samples(out), vFirst);
@@ -186,7 +186,7 @@ TEST(HSVStretchTone, ServesEverySetting)
     TestImage out, small;
     FillConstant(small, 3, 3, 3, 9);
     StretchLevels levels;
-    EXPECT_FALSE(HSVStretchTone({}, in.fused, small, CImage{}, {}, {}, ToneOfReference(), {}, {}, levels, out));
+    EXPECT_FALSE(HSVStretchTone({{}, in.fused, small, CImage{}}, {{}, {}, ToneOfReference()}, {}, levels, out));
     EXPECT_TRUE(out.Empty());
 }
 

@@ -37,12 +37,12 @@ struct WeightBurst {
         LinesScope quiet;
         ReadyFlags flags;
         for (int k = 0; k < nExposureNum; ++k) flags.SetReady(k);
-        return BuildWeight(vFrames, nExposureNum, nExposureNum / 2, params, FaceAim{}, pyramid, flags, vWeights);
+        return BuildWeight({vFrames, nExposureNum, nExposureNum / 2}, params, FaceAim{}, pyramid, flags, vWeights);
     }
     int Rebuild(const PyramidParams& pyramid = PyramidWith(1))
     {
         LinesScope quiet;
-        return RebuildWeight(vFrames, nExposureNum, nExposureNum / 2, params, FaceAim{}, pyramid, vWeights);
+        return RebuildWeight({vFrames, nExposureNum, nExposureNum / 2}, params, FaceAim{}, pyramid, vWeights);
     }
     int nExposureNum;
     WeightParams params;
@@ -168,7 +168,7 @@ TEST(BuildWeight, WaitsUntilEveryExposureIsReady)
     int nLevels = 0;
     std::thread builder([&] {
         omp_set_num_threads(1);
-        nLevels = BuildWeight(burst.vFrames, 3, 1, burst.params, FaceAim{}, PyramidWith(1), flags, burst.vWeights);
+        nLevels = BuildWeight({burst.vFrames, 3, 1}, burst.params, FaceAim{}, PyramidWith(1), flags, burst.vWeights);
     });
     for (const int k : {2, 0, 1}) {
         std::this_thread::sleep_for(std::chrono::milliseconds(8));

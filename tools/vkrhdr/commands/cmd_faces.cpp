@@ -47,7 +47,7 @@ std::vector<FoundFace> FindFaces(const Frame& frame, int nQuarterTurns)
     if (!BinarizeFrames(&yuv, 1, frame.bCrFirst ? 1 : 0, flags, vWork, vDetail)) throw std::bad_alloc();
 
     std::vector<FaceBoxRecord> vBoxes;
-    FindFacesByNetwork(vWork[0], nQuarterTurns, false, vBoxes);
+    FindFacesByNetwork(vWork[0], nQuarterTurns, {}, vBoxes);
     std::vector<FoundFace> vFaces;
     for (const FaceBoxRecord& record : vBoxes) vFaces.push_back({record.dScore, FrameBox(record)});
     return vFaces;

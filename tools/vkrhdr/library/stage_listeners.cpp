@@ -5,13 +5,15 @@
 namespace vkr::tool {
 
 StageListeners::StageListeners(std::vector<StageListener*> vListeners)
-    : m_vListeners(std::move(vListeners)), m_probe(MakeProbe(this))
+    : m_vListeners(std::move(vListeners)), m_probe(MakeProbe(this)), m_pairProbe(MakePairProbe(this))
 {
     SetStageProbe(&m_probe);
+    SetPairProbe(&m_pairProbe);
 }
 
 StageListeners::~StageListeners()
 {
+    SetPairProbe(nullptr);
     SetStageProbe(nullptr);
 }
 
@@ -45,11 +47,16 @@ StageProbe StageListeners::MakeProbe(StageListeners* pThis)
     probe.pOnYuvImage = [](void* pUser, const char* pName, const CYuvImage& image) {
         static_cast<StageListeners*>(pUser)->Tell([&](StageListener& one) { one.OnYuvImage(pName, image); });
     };
-    probe.pOnPair = [](void* pUser, const AlignedPair& pair) {
-        static_cast<StageListeners*>(pUser)->Tell([&](StageListener& one) { one.OnPair(pair); });
-    };
     probe.pUser = pThis;
     return probe;
+}
+
+PairProbe StageListeners::MakePairProbe(StageListeners* pThis)
+{
+    const auto OnPair = [](void* pUser, const AlignedPair& pair) {
+        static_cast<StageListeners*>(pUser)->Tell([&](StageListener& one) { one.OnPair(pair); });
+    };
+    return {OnPair, pThis};
 }
 
 }  // namespace vkr::tool

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "align/aligned_pair.h"
 #include "foundation/stage_probe.h"
 
 namespace vkr::tool {
@@ -21,8 +22,8 @@ public:
     virtual void OnPair(const AlignedPair& /*pair*/) {}
 };
 
-// The library knows one probe. This is it, for the life of this object, and hands everything on to all listeners, which
-// must live as long.
+// The library knows one probe of each kind. These are they, for the life of this object, and hands everything on to all
+// listeners, which must live as long.
 class StageListeners {
 public:
     explicit StageListeners(std::vector<StageListener*> vListeners);
@@ -35,11 +36,13 @@ public:
 
 private:
     static StageProbe MakeProbe(StageListeners* pThis);
+    static PairProbe MakePairProbe(StageListeners* pThis);
     template <class Fn>
     void Tell(const Fn& fn);
 
     std::vector<StageListener*> m_vListeners;
     StageProbe m_probe;
+    PairProbe m_pairProbe;
     std::mutex m_mutex;
     std::exception_ptr m_pError;
 };

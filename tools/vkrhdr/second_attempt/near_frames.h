@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "foundation/stage_probe.h"
+#include "align/aligned_pair.h"
 #include "pictures/picture_io.h"
 #include "pictures/picture_shift.h"
 

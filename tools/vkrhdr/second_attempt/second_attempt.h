@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "align/aligned_pair.h"
 #include "burst/photo_burst.h"
-#include "foundation/stage_probe.h"
 #include "library/parameter_choice.h"
 #include "library/tool_parameters.h"
 #include "pictures/remarks.h"
