@@ -108,14 +108,14 @@ void BM_FaceTone(benchmark::State& state)
     Silence();
     FaceBurst burst;
     if (!burst.Make()) return state.SkipWithError("no memory");
-    const ToneParams tone = MakeParams();
     for (auto _ : state) {
         int32_t bBrightDarkFace = 0;
         StretchLevels levels;
         GetReferenceFaceIntensity(burst.box, burst.reference, burst.faceParams, {}, burst.face.reference,
                                   bBrightDarkFace);
         GetFusionFaceIntensity(burst.box, burst.fused, 0, burst.faceParams, {}, bBrightDarkFace, burst.face.fusion);
-        FaceToneStretch(burst.View(), {ToneParams{}, burst.faceParams, burst.hsvParams, 1, 1}, burst.face, levels, burst.out);
+        FaceToneStretch(burst.View(), {ToneParams{}, burst.faceParams, burst.hsvParams, 1, 1}, burst.face, levels,
+                        burst.out);
     }
     CountPixels(state, int64_t{kWidth} * kHeight);
 }
@@ -137,11 +137,11 @@ void BM_HSVStretchTone(benchmark::State& state)
     Silence();
     FaceBurst burst;
     if (!burst.Make()) return state.SkipWithError("no memory");
-    const ToneParams tone = MakeParams();
     burst.hsvParams.bHSP2PTone = static_cast<int32_t>(state.range(0));
     for (auto _ : state) {
         StretchLevels levels;
-        HSVStretchTone(burst.View(), {ToneParams{}, burst.faceParams, burst.hsvParams, 1, 1}, burst.face, levels, burst.out);
+        HSVStretchTone(burst.View(), {ToneParams{}, burst.faceParams, burst.hsvParams, 1, 1}, burst.face, levels,
+                       burst.out);
     }
     CountPixels(state, int64_t{kWidth} * kHeight);
 }

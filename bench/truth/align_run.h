@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "align/aligned_pair.h"
 #include "align/multiple_images_align_filter.h"
 #include "truth/truth_burst.h"
 

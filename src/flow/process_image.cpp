@@ -99,7 +99,8 @@ void CMultiExposureHDRProcessFlowOpt::DropEnd(const Burst& burst, FlowTemporarie
 void CMultiExposureHDRProcessFlowOpt::RaiseLocalContrast(CImage& picture)
 {
     if (!bContrastEnable) return;
-    if (!m_LocalCurve.ProcessImage(picture, Dumps())) HdrPrintf("no memory for the local curves, the picture stays as it was\n");
+    if (!m_LocalCurve.ProcessImage(picture, Dumps()))
+        HdrPrintf("no memory for the local curves, the picture stays as it was\n");
 }
 
 // A burst that can not be fused: the reference at full size with the local curve on it.

@@ -31,7 +31,6 @@ public:
     // there is no memory for the pyramids or the map; ghostMap is undefined then.
     bool DetectGhost(const WorkBurst& burst, const CImage* vAlignMasks, const PyramidParams& pyramid,
                      const StageDumps& dumps, CImage& ghostMap);
-
 };
 
 }  // namespace vkr

@@ -87,8 +87,8 @@ TEST(FaceToneStretch, FoldsTheGammaIntoTheCurveAndTellsItsSteps)
         MeasuredFace face;
         face.reference = {{130, 120, 140}, {}};
         face.fusion = {{90, 80, 100}, {}};
-        ASSERT_TRUE(FaceToneStretch({{}, fused, reference, CImage{}}, {tone, FaceParams{}, {}, 0, 1}, face,
-                                    levels, out));
+        ASSERT_TRUE(
+            FaceToneStretch({{}, fused, reference, CImage{}}, {tone, FaceParams{}, {}, 0, 1}, face, levels, out));
         EXPECT_TRUE(lines.Contains("InMean=100\nnWidth = 10, nHeight = 10, nDim = 6\nOutMeanY bf=76\ngamma=1.29317"));
         EXPECT_TRUE(lines.Contains(
             "\nLowLevel = 40, HighLevel=240\nRefer  Face Intensity = [130, 120, 140]\n"
