@@ -59,7 +59,7 @@ TEST(DroppedFrames, BothEndsMayGo)
     FillSlots(*pEngine, 5, 0b10001);
     pEngine->bDebugDumpEnable = 1;
     const auto vDropped = Fuse(*pEngine, 5, 2);
-    const std::string sLine = "!!!!!!!!Using Image 2ith to 4ith Only!!!!!!!!!!!\n", &sText = lines.Text();
+    const std::string sLine = "!!!!!!!!Using Image 2th to 4th Only!!!!!!!!!!!\n", &sText = lines.Text();
     const size_t nFirst = sText.find(sLine);
     ASSERT_NE(std::string::npos, nFirst);
     EXPECT_NE(std::string::npos, sText.find(sLine, nFirst + 1));

@@ -29,12 +29,20 @@ size_t EditDistance(const std::string& sFrom, const std::string& sTo)
     return vRow.back();
 }
 
+// A name may be given without the filter in front of it.
+size_t Distance(const std::string& sFrom, const std::string& sTo)
+{
+    const size_t nDot = sTo.find('.');
+    const size_t nWhole = EditDistance(sFrom, sTo);
+    return nDot == std::string::npos ? nWhole : std::min(nWhole, EditDistance(sFrom, sTo.substr(nDot + 1)));
+}
+
 }  // namespace
 
 std::string NearestName(const std::string& sName, const std::vector<std::string>& vNames)
 {
     const auto Nearer = [&](const std::string& a, const std::string& b) {
-        return EditDistance(sName, a) < EditDistance(sName, b);
+        return Distance(sName, a) < Distance(sName, b);
     };
     const auto pNearest = std::min_element(vNames.begin(), vNames.end(), Nearer);
     return pNearest == vNames.end() ? std::string() : *pNearest;
