@@ -98,11 +98,11 @@ struct Picture {
     vkrHdrFrame frame{};
 };
 
-// Mostly a few rows and columns; 160 are more than any vector has lanes.
+// Mostly a few rows and columns; 128 are more than any vector has lanes.
 int RandomSide(FuzzedDataProvider& data)
 {
     const int nHalf = data.ConsumeIntegralInRange(1, 24);
-    return 2 * (nHalf == 24 ? data.ConsumeIntegralInRange(1, 80) : nHalf);
+    return 2 * (nHalf == 24 ? data.ConsumeIntegralInRange(1, 64) : nHalf);
 }
 
 // Flat, noise, or blocks that move and brighten from frame to frame.
@@ -132,7 +132,8 @@ void Turn(CFilter& filter, bool bDump, FuzzedDataProvider& data)
             if (entry.sName.find("Dump") != std::string::npos) {
                 *entry.pValue = bDump ? entry.nMax : 0;
             } else if (data.remaining_bytes() > 0 && data.ConsumeIntegralInRange(0, 7) == 0) {
-                *entry.pValue = data.ConsumeIntegralInRange(entry.nMin, entry.nMax);
+                const bool bRounds = entry.sName.find("CloseIter") != std::string::npos;  // a hundred take a second
+                *entry.pValue = data.ConsumeIntegralInRange(entry.nMin, bRounds ? entry.nMin + 8 : entry.nMax);
             }
         }
     }

@@ -7,7 +7,7 @@ namespace vkr::tool {
 
 namespace {
 
-std::string Written(const char* pFormat, std::va_list args)
+__attribute__((format(printf, 1, 0))) std::string Written(const char* pFormat, std::va_list args)
 {
     std::va_list again;
     va_copy(again, args);
