@@ -4,6 +4,7 @@
 
 #include "burst/stop_watch.h"
 #include "pictures/colour_profile.h"
+#include "pictures/exif_io.h"
 
 namespace vkr::tool {
 
@@ -80,6 +81,7 @@ PhotoBurst ReadBurst(const BurstChoice& choice, Remarks& remarks)
 {
     const StopWatch watch;
     std::vector<Photo> vPhotos;
+    if (MetadataGap() != nullptr && !choice.IsRaw()) remarks.Say("%s", MetadataGap());
     for (const std::string& sName : choice.vImages) vPhotos.push_back(ReadPhoto(choice, sName, remarks));
     PhotoBurst burst = ArrangeBurst(std::move(vPhotos), choice.nReference);
     const Size size = burst.FrameSize();

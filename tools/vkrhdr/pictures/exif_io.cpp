@@ -103,6 +103,11 @@ Bytes BytesOf(Exiv2::BasicIo& io)
 
 }  // namespace
 
+const char* MetadataGap()
+{
+    return nullptr;
+}
+
 PhotoInfo ReadPhotoInfo(const Bytes& vPicture)
 {
     PhotoInfo info;
@@ -115,23 +120,6 @@ PhotoInfo ReadPhotoInfo(const Bytes& vPicture)
         // no usable EXIF is no EXIF
     }
     return info;
-}
-
-int QuarterTurns(int nExifOrientation)
-{
-    switch (nExifOrientation) {
-        case 5:
-        case 6:
-            return 1;
-        case 3:
-        case 4:
-            return 2;
-        case 7:
-        case 8:
-            return 3;
-        default:
-            return 0;
-    }
 }
 
 Bytes WithMetadataOf(const Bytes& vSource, const Bytes& vPicture, int w, int h, int nOrientation)

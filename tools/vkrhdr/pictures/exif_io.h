@@ -6,6 +6,9 @@
 
 namespace vkr::tool {
 
+// What this build can not do with metadata, for a remark; null where it can do all.
+const char* MetadataGap();
+
 // What a picture file tells about how it was taken.
 struct PhotoInfo {
     double fExposure = 0;   // seconds * ISO / aperture^2, a missing aperture or ISO counting as 1; 0: no time given
@@ -18,7 +21,11 @@ PhotoInfo ReadPhotoInfo(const Bytes& vPicture);
 
 // How the frames lie, for the face search: quarter turns, 0 .. 3, from a stored picture to an upright one. Mirrored
 // pictures count as what they mirror.
-int QuarterTurns(int nExifOrientation);
+inline int QuarterTurns(int nExifOrientation)
+{
+    constexpr int vTurns[] = {0, 0, 0, 2, 2, 1, 1, 3, 3};
+    return nExifOrientation >= 1 && nExifOrientation <= 8 ? vTurns[nExifOrientation] : 0;
+}
 
 // The JPEG or PNG with the EXIF, XMP and IPTC of another picture file, less its thumbnails, with the size w x h and
 // that orientation wherever they were told. A file without any, or with what can not be read, gives the picture as it
