@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/parameter_record.h"
+#include "parameters/parameter_record.h"
 
 namespace vkr {
 

@@ -3,9 +3,9 @@
 #include <cstdint>
 
 #include "align/match_list.h"
-#include "foundation/filter.h"
 #include "foundation/image.h"
-#include "foundation/parameter_record.h"
+#include "parameters/filter.h"
+#include "parameters/parameter_record.h"
 
 namespace vkr {
 

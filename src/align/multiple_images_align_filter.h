@@ -6,12 +6,12 @@
 #include "align/align_params.h"
 #include "align/align_random.h"
 #include "align/feature_point_detection.h"
-#include "align/homograph_mapping_filter.h"
 #include "align/match_list.h"
-#include "foundation/filter.h"
 #include "foundation/fixed_point.h"
 #include "foundation/image.h"
 #include "foundation/stage_dumps.h"
+#include "parameters/filter.h"
+#include "warp/homograph_mapping_filter.h"
 
 namespace vkr {
 

@@ -4,14 +4,14 @@
 #include <vector>
 
 #include "algebra/matrix.h"
-#include "align/homograph_mapping_filter.h"
 #include "face/average_pooling_down_scale_filter.h"
 #include "face/face_box_record.h"
 #include "face/pyramid_up_scale_filter.h"
 #include "face/tfutils.h"
-#include "foundation/filter.h"
 #include "foundation/image.h"
-#include "foundation/parameter_record.h"
+#include "parameters/filter.h"
+#include "parameters/parameter_record.h"
+#include "warp/homograph_mapping_filter.h"
 
 namespace vkr {
 

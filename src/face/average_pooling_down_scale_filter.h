@@ -1,8 +1,8 @@
 #pragma once
 
-#include "foundation/filter.h"
 #include "foundation/image.h"
-#include "foundation/parameter_record.h"
+#include "parameters/filter.h"
+#include "parameters/parameter_record.h"
 
 namespace vkr {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/filter.h"
-#include "foundation/parameter_record.h"
+#include "parameters/filter.h"
+#include "parameters/parameter_record.h"
 #include "primitives/gaussian_pyramid.h"
 
 namespace vkr {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/fixed_point.h"
-#include "foundation/parameter_record.h"
+#include "parameters/parameter_record.h"
 
 namespace vkr {
 

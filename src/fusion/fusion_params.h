@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/parameter_record.h"
 #include "fusion/edge_compensate_params.h"
+#include "parameters/parameter_record.h"
 
 namespace vkr {
 

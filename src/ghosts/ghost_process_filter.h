@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
-#include "foundation/filter.h"
 #include "foundation/image.h"
 #include "foundation/stage_dumps.h"
 #include "foundation/work_burst.h"
 #include "ghosts/ghost_detect_params.h"
+#include "parameters/filter.h"
 #include "primitives/pyramid_levels.h"
 
 namespace vkr {

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
-#include "foundation/filter.h"
 #include "foundation/image.h"
 #include "foundation/stage_dumps.h"
 #include "local_curve/local_curve_grid.h"
 #include "local_curve/local_curve_params.h"
+#include "parameters/filter.h"
 
 namespace vkr {
 

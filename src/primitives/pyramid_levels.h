@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "foundation/image.h"
-#include "foundation/parameter_record.h"
+#include "parameters/parameter_record.h"
 
 namespace vkr {
 

@@ -2,7 +2,6 @@
 #include <limits>
 
 #include "align/patch_ssd.h"
-#include "align/warp_rows.h"
 #include "foundation/colour_rows.h"
 #include "fusion/blend_weighted.h"
 #include "fusion/laplacian_corrections.h"
@@ -11,6 +10,7 @@
 #include "tone/face_tone_rows.h"
 #include "tone/hsv_convert.h"
 #include "tone/stretch_rows.h"
+#include "warp/warp_rows.h"
 #include "weights/normalize_weight.h"
 
 namespace vkr {

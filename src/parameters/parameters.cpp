@@ -1,4 +1,4 @@
-#include "foundation/parameters.h"
+#include "parameters/parameters.h"
 
 #include <cstring>
 

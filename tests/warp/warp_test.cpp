@@ -6,12 +6,12 @@
 #include <random>
 #include <vector>
 
-#include "align/homograph_grid.h"
-#include "align/homograph_mapping_filter.h"
-#include "align/warp_rows.h"
 #include "support/for_threads.h"
 #include "support/quiet_lines.h"
 #include "support/random_image.h"
+#include "warp/homograph_grid.h"
+#include "warp/homograph_mapping_filter.h"
+#include "warp/warp_rows.h"
 
 namespace vkr {
 namespace {

@@ -1,4 +1,4 @@
-#include "align/warp_image.h"
+#include "warp/warp_image.h"
 
 #include <gtest/gtest.h>
 

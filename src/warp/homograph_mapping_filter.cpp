@@ -1,10 +1,10 @@
-#include "align/homograph_mapping_filter.h"
+#include "warp/homograph_mapping_filter.h"
 
-#include "align/homograph_grid.h"
-#include "align/warp_image.h"
-#include "align/warp_rows.h"
 #include "foundation/image_scope.h"
 #include "foundation/parallel_rows.h"
+#include "warp/homograph_grid.h"
+#include "warp/warp_image.h"
+#include "warp/warp_rows.h"
 
 namespace vkr {
 

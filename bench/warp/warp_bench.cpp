@@ -5,9 +5,9 @@
 #include <random>
 
 #include "algebra/matrix.h"
-#include "align/homograph_mapping_filter.h"
 #include "align/valid_mask.h"
 #include "foundation/image.h"
+#include "warp/homograph_mapping_filter.h"
 
 // What moves a frame: the whole frame, its mask. The arguments of the frame are width, height and
 // rotation in tenths of a degree; pixels are those of the frame.

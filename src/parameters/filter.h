@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "foundation/parameters.h"
+#include "parameters/parameters.h"
 
 namespace vkr {
 

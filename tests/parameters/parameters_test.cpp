@@ -1,8 +1,8 @@
-#include "foundation/parameters.h"
+#include "parameters/parameters.h"
 
 #include <gtest/gtest.h>
 
-#include "foundation/test_filters.h"
+#include "parameters/test_filters.h"
 
 namespace vkr {
 namespace {

@@ -13,8 +13,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "align/warp_position.h"
-#include "align/warp_rows.h"
+#include "warp/warp_position.h"
+#include "warp/warp_rows.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vkr {

@@ -1,4 +1,4 @@
-#include "foundation/scan_number.h"
+#include "parameters/scan_number.h"
 
 #include <cstring>
 #include <limits>

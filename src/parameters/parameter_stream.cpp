@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "foundation/filter.h"
 #include "foundation/fixed_point.h"
 #include "foundation/log.h"
-#include "foundation/scan_number.h"
+#include "parameters/filter.h"
+#include "parameters/scan_number.h"
 
 namespace vkr {
 

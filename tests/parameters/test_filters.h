@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "foundation/filter.h"
+#include "parameters/filter.h"
 
 namespace vkr {
 

@@ -1,6 +1,6 @@
 #include <cinttypes>
 
-#include "foundation/filter.h"
+#include "parameters/filter.h"
 
 namespace vkr {
 

@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "foundation/test_filters.h"
+#include "parameters/test_filters.h"
 #include "support/quiet_lines.h"
 
 namespace vkr {

@@ -1,4 +1,4 @@
-#include "foundation/filter.h"
+#include "parameters/filter.h"
 
 #include <cstring>
 

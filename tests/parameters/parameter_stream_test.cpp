@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "foundation/test_filters.h"
+#include "parameters/test_filters.h"
 #include "support/quiet_lines.h"
 
 namespace vkr {

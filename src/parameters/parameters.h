@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/parameter_record.h"
+#include "parameters/parameter_record.h"
 
 namespace vkr {
 

@@ -1,4 +1,4 @@
-#include "align/homograph_grid.h"
+#include "warp/homograph_grid.h"
 
 #include "foundation/log.h"
 #include "foundation/mem_pool.h"

@@ -2,9 +2,9 @@
 #include <limits>
 #include <string_view>
 
-#include "foundation/filter.h"
 #include "foundation/log.h"
-#include "foundation/scan_number.h"
+#include "parameters/filter.h"
+#include "parameters/scan_number.h"
 
 namespace vkr {
 

@@ -1,14 +1,14 @@
-#include "align/warp_rows.h"
+#include "warp/warp_rows.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "align/warp_rows.cpp"
+#define HWY_TARGET_INCLUDE "warp/warp_rows.cpp"
 #include <hwy/foreach_target.h>  // compiles this file once per instruction set
 #include <hwy/highway.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "align/warp_run-inl.h"
+#include "warp/warp_run-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vkr {

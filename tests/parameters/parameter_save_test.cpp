@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "foundation/test_filters.h"
+#include "parameters/test_filters.h"
 
 namespace vkr {
 namespace {

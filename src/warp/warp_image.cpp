@@ -1,10 +1,10 @@
-#include "align/warp_image.h"
+#include "warp/warp_image.h"
 
 #include <algorithm>
 #include <cstdint>
 
-#include "align/warp_position.h"
 #include "foundation/parallel_rows.h"
+#include "warp/warp_position.h"
 
 namespace vkr {
 
