@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "align/multiple_images_align_filter.h"
 #include "face/face_box.h"
 #include "face/face_params.h"
@@ -63,6 +65,9 @@ public:
 // The engine: one a process, made by vkrHdrInit. ProcessImage runs on the thread of vkrHdrRender, under its mutex.
 class CMultiExposureHDRProcessFlowOpt : public CMultiExposureHDRProcessFlow {
 public:
+    // Whether a burst of frames of that size has no second pyramid level to fuse.
+    bool IsTooSmall(int nWidth, int nHeight) const { return std::min(nWidth, nHeight) / 2 <= 1 << nTopLevel; }
+
     // One burst: frames 0 .. nExposureNum - 1 of m_YuvFrames, all filled and of one size, into output. False, output
     // empty or undefined, when there was no memory or the burst is too small to be fused.
     bool ProcessImage(int nExposureNum, int nReference, const HostFaces& faces, int nOrientation, int nFaceSource,

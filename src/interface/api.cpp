@@ -45,7 +45,12 @@ bool Render(int32_t nExposureNum, int32_t nReferenceExposure, int32_t nOrientati
     const HostFaces faces{vFaces.data(), static_cast<int>(vFaces.size())};
     if (!pEngine->ProcessImage(nExposureNum, nReferenceExposure, faces, nOrientation, nFaceSource, picture)) {
         HdrLog("vkrHdrRender F");
-        HdrPrintf("vkrHdrRender: no memory, or a picture too small to be fused (%dx%d)\n", pOut->nWidth, pOut->nHeight);
+        if (pEngine->IsTooSmall(pOut->nWidth, pOut->nHeight)) {
+            HdrPrintf("vkrHdrRender: a picture of %dx%d is too small to be fused\n", pOut->nWidth, pOut->nHeight);
+        } else {
+            HdrPrintf("vkrHdrRender: no memory for a burst of %d frames of %dx%d\n", nExposureNum, pOut->nWidth,
+                      pOut->nHeight);
+        }
         return false;
     }
     timer.Reached();

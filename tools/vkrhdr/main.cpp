@@ -4,13 +4,18 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iostream>
 #include <new>
+#include <string>
+#include <vector>
 
 #include "commands/commands.h"
 #include "commands/standard_error.h"
+#include "commands/typing_help.h"
 #include "pictures/own_file.h"
 #include "pictures/tool_error.h"
 #include "vkrHdr.h"
@@ -44,10 +49,19 @@ int UsageLine(std::string sWords)
     return kStatusUsage;
 }
 
+// What was printed may be lost: a full disk, a reader that is gone.
+void CheckPrinted()
+{
+    std::cout.flush();
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || !std::cout) {
+        throw BurstError("standard output can not be written");
+    }
+}
+
 int Run(int argc, char** argv)
 {
     CLI::App app("Fuses a burst of differently exposed pictures into one.", "vkrhdr");
-    app.set_version_flag("--version", std::string("vkrhdr ") + vkrHdrGetVersion()->pVersion);
+    app.set_version_flag("-V,--version", std::string("vkrhdr ") + vkrHdrGetVersion()->pVersion);
     app.require_subcommand(1);
     app.fallthrough();
     CommonOptions common;
@@ -69,12 +83,20 @@ int Run(int argc, char** argv)
     const CLI::App* pDecipher = DefineDecipher(app, decipher);
     const CLI::App* pDemo = DefineDemo(app, demo);
     const CLI::App* pBench = DefineBench(app, bench);
+    const std::vector<std::string> vArguments = WithHelpWords({argv + std::min(argc, 1), argv + argc});
+    if (argc > 2 && std::string(argv[1]) == "help") {  // the parser would take the question for help itself
+        const std::string sAdvice = TypingAdvice(app, vArguments);
+        if (!sAdvice.empty()) return UsageLine(sAdvice);
+    }
     try {
-        app.parse(argc, argv);
+        app.parse(std::vector<std::string>(vArguments.rbegin(), vArguments.rend()));  // last one first, for the parser
     } catch (const CLI::Success& help) {
-        return app.exit(help);
+        const int nStatus = app.exit(help);
+        CheckPrinted();
+        return nStatus;
     } catch (const CLI::ParseError& error) {
-        return UsageLine(error.what());
+        const std::string sAdvice = TypingAdvice(app, vArguments);
+        return UsageLine(sAdvice.empty() ? error.what() : sAdvice);
     }
     ApplyCommon(common);
     StandardError remarks(common.bVerbose);
@@ -87,6 +109,7 @@ int Run(int argc, char** argv)
     if (pDecipher->parsed()) RunDecipher(decipher);
     if (pDemo->parsed()) RunDemo(demo, remarks);
     if (pBench->parsed()) RunBench(bench, remarks);
+    CheckPrinted();
     return 0;
 }
 

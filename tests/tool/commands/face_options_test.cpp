@@ -39,6 +39,8 @@ TEST_F(FaceOptionsTest, ABoxLeadsTheToneAndNoneDoesNot)
     const std::string sBox = Result({"--face", "20,20,300,220", "--set", "nAIFaceHeightWidthThres=10"});
     EXPECT_NE(sPlain, sBox);
     EXPECT_EQ(sPlain, Result({"--face", "20,20,50,50"}));  // too small to count
+    EXPECT_EQ(Result({"--face", "0,20,319,239", "--set", "nAIFaceHeightWidthThres=10"}),
+              Result({"--face", "-40,20,9999999999,800", "--set", "nAIFaceHeightWidthThres=10"}));  // cut, and told
     EXPECT_EQ(sBox, Result({"--face", "1,1,9,9", "--face", "20,20,300,220", "--set", "nAIFaceHeightWidthThres=10"}));
 }
 
@@ -56,6 +58,12 @@ TEST_F(FaceOptionsTest, WrongUse)
 {
     for (const char* pFace : {"somebody", "1,2,3", "1,2,3,4,5", "9,9,3,3", ""}) {
         EXPECT_EQ(2, Fuse({"--face", pFace}).nStatus) << pFace;
+    }
+    for (const char* pFace : {"300,20,20,220", "20,220,300,20", "320,20,400,220", "-9,-9,0,-1",
+                              "9999999999,0,9999999999,99", "0,0,300,-9999999999"}) {
+        const ToolRun run = Fuse({"--face", pFace});
+        EXPECT_EQ(2, run.nStatus) << pFace;
+        EXPECT_NE(std::string::npos, run.sErr.find("the picture, which is 320x240")) << run.sErr;
     }
     EXPECT_EQ(2, Fuse({"--face", "auto", "--face", "1,2,3,4"}).nStatus);
     EXPECT_EQ(2, Fuse({"--face-look", "mirror"}).nStatus);

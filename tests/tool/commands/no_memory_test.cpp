@@ -43,7 +43,9 @@ TEST(NoMemory, IsALineAndAnOrdinaryEnd)
             const ToolRun failed = run(vArguments, nAll * i / nRuns);
             SCOPED_TRACE(failed.sErr);
             EXPECT_EQ(1, failed.nStatus) << i;
-            EXPECT_NE(std::string::npos, failed.sErr.find("memory")) << i;
+            // OpenMP's runtime ends the process by itself where it can not make its team.
+            const bool bTeam = failed.sErr.find("libgomp: Thread creation failed") != std::string::npos;
+            EXPECT_TRUE(bTeam || failed.sErr.find("memory") != std::string::npos) << i;
             // Only the options' parser can not throw what it should.
             if (failed.sErr.find("not even to say more") != std::string::npos) {
                 EXPECT_EQ(1, failed.ErrorLines());

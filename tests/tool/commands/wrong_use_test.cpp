@@ -48,7 +48,12 @@ protected:
 TEST_F(WrongUse, OfTheCommandLineEndsWithStatus2)
 {
     ExpectRefused({}, 2, "--help");
-    ExpectRefused({"melt"}, 2, "--help");
+    ExpectRefused({"melt"}, 2, "there is no command 'melt'; see vkrhdr --help");
+    ExpectRefused({"fuze", "a.jpg", "-o", "out.jpg"}, 2, "there is no command 'fuze'; did you mean fuse?");
+    ExpectRefused({"help", "fuze"}, 2, "did you mean fuse?");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--qualtiy", "90"}, 2, "'--qualtiy'; did you mean --quality?");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--verbos"}, 2, "did you mean --verbose?");
+    ExpectRefused({"fuse", "a.jpg", "-o", "out.jpg", "--colour=warm"}, 2, "'--colour'; see vkrhdr --help");
     ExpectRefused({"fuse"}, 2, "required");
     ExpectRefused({"fuse", "a.jpg", "b.jpg"}, 2, "--output is required");
     ExpectRefused({"fuse", "a.jpg", "missing.jpg", "-o", "out.jpg"}, 2, "missing.jpg");
@@ -96,6 +101,20 @@ TEST_F(WrongUse, OfParametersTellsTheRange)
     ExpectRefused({"params", "--for", "641x480"}, 2, "--for takes WxH");
     ExpectRefused({"params", "--for", "640x480", "--preset", "default"}, 2, "--for is of the photo preset");
     ExpectRefused({"params", "--for", "640x480", "--shipped"}, 2, "excludes");
+}
+
+TEST_F(WrongUse, OfAFullDiskForWhatIsPrinted)
+{
+    for (const char* pArguments :
+         {"--help", "help fuse", "params --help", "-V", "params", "params --json", "params nRatio"}) {
+        SCOPED_TRACE(pArguments);
+        const std::string sCommand = std::string(VKRHDR_TOOL) + " " + pArguments;
+        const std::string sErr = m_folder.Path("said");
+        const int nStatus = std::system((sCommand + " >/dev/full 2>" + sErr).c_str());
+        EXPECT_EQ(1, WEXITSTATUS(nStatus));
+        EXPECT_EQ("vkrhdr: standard output can not be written\n", ReadText(sErr));
+        EXPECT_EQ(0, std::system((sCommand + " >/dev/null").c_str()));
+    }
 }
 
 TEST_F(WrongUse, OfPicturesEndsWithStatus1)

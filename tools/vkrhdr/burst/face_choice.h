@@ -18,7 +18,7 @@ enum class FaceLook { kByParameters, kCurve, kHsv };
 // Whose face the tone follows, and how.
 struct FaceChoice {
     FaceSource source = FaceSource::kByPreset;
-    std::vector<FaceBox> vBoxes;  // with kBoxes, 1 or more: frame pixels, x1 < x2, y1 < y2
+    std::vector<FaceBox> vBoxes;  // with kBoxes, 1 or more: pixels of the frames as they are stored
     FaceLook look = FaceLook::kByParameters;
 };
 

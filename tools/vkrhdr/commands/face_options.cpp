@@ -1,7 +1,9 @@
 #include "commands/face_options.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
 
 #include "pictures/tool_error.h"
 
@@ -9,13 +11,21 @@ namespace vkr::tool {
 
 namespace {
 
+// Four whole numbers. What lies beyond 32 bits is taken to the end of them: outside of every picture, which is for
+// those to refuse who know its size.
 FaceBox ParseBox(const std::string& sText)
 {
     FaceBox box;
-    int nEnd = 0;
-    const int nRead = std::sscanf(sText.c_str(), "%d,%d,%d,%d%n", &box.x1, &box.y1, &box.x2, &box.y2, &nEnd);
-    if (nRead != 4 || static_cast<size_t>(nEnd) != sText.size() || box.x2 <= box.x1 || box.y2 <= box.y1) {
-        throw UsageError("--face takes auto, none, or a box X1,Y1,X2,Y2 in frame pixels, not '" + sText + "'");
+    const char* p = sText.c_str();
+    for (int32_t* pCorner : {&box.x1, &box.y1, &box.x2, &box.y2}) {
+        char* pEnd = nullptr;
+        const long long nValue = std::strtoll(p, &pEnd, 10);
+        if (pEnd == p || *pEnd != (pCorner == &box.y2 ? 0 : ',')) {
+            throw UsageError("--face takes auto, none, or a box X1,Y1,X2,Y2 in frame pixels, not '" + sText + "'");
+        }
+        using Limits = std::numeric_limits<int32_t>;
+        *pCorner = static_cast<int32_t>(std::clamp<long long>(nValue, Limits::min(), Limits::max()));
+        p = pEnd + 1;
     }
     return box;
 }

@@ -39,13 +39,13 @@ size_t Distance(const std::string& sFrom, const std::string& sTo)
 
 }  // namespace
 
-std::string NearestName(const std::string& sName, const std::vector<std::string>& vNames)
+std::string NearestName(const std::string& sName, const std::vector<std::string>& vNames, size_t nMost)
 {
     const auto Nearer = [&](const std::string& a, const std::string& b) {
         return Distance(sName, a) < Distance(sName, b);
     };
     const auto pNearest = std::min_element(vNames.begin(), vNames.end(), Nearer);
-    return pNearest == vNames.end() ? std::string() : *pNearest;
+    return pNearest == vNames.end() || Distance(sName, *pNearest) > nMost ? std::string() : *pNearest;
 }
 
 }  // namespace vkr::tool
