@@ -14,7 +14,10 @@ namespace {
 
 struct DumpPath {
     char szText[128];
-    DumpPath(const char* pFormat, va_list args) { std::vsnprintf(szText, sizeof(szText), pFormat, args); }
+    __attribute__((format(printf, 2, 0))) DumpPath(const char* pFormat, va_list args)
+    {
+        std::vsnprintf(szText, sizeof(szText), pFormat, args);
+    }
 };
 
 }  // namespace
