@@ -35,7 +35,7 @@ public:
     }
     Block Allocate(size_t nAsked)
     {
-        if (nAsked > SIZE_MAX - 63) return {};
+        if (nAsked > SIZE_MAX - 64) return {};  // as large as rounding can serve
         const size_t nBytes = Rounded(nAsked);
         const bool bSmall = nBytes <= (6U << 20);
         std::vector<Region>& vRegions = bSmall ? m_vSmall : m_vBig;
